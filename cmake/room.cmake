@@ -1,0 +1,26 @@
+# grolof_room(NAME SOURCES ... [USES ...]): one folder under src/ as a library. USES names the
+# rooms it may include; nothing else is on its include path by accident, because a room that is
+# not linked here fails to link.
+function(grolof_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;USES" ${ARGN})
+    add_library(grolof_${name} STATIC ${ROOM_SOURCES})
+    target_include_directories(grolof_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    foreach(used IN LISTS ROOM_USES)
+        target_link_libraries(grolof_${name} PUBLIC grolof_${used})
+    endforeach()
+endfunction()
+
+# grolof_test(ROOM SOURCES ... [USES ...]): the unit tests of a room, one ctest entry a test.
+function(grolof_test room)
+    cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+    add_executable(test_${room} ${TEST_SOURCES})
+    target_include_directories(test_${room} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(test_${room} PRIVATE grolof_${room} GTest::gmock_main)
+    foreach(used IN LISTS TEST_USES)
+        target_link_libraries(test_${room} PRIVATE grolof_${used})
+    endforeach()
+    target_compile_definitions(test_${room} PRIVATE
+        EXAMPLES_DIRECTORY="${PROJECT_SOURCE_DIR}/examples"
+        TEST_DATA_DIRECTORY="${PROJECT_SOURCE_DIR}/tests/${room}")
+    gtest_discover_tests(test_${room} TEST_PREFIX ${room}. DISCOVERY_TIMEOUT 60)
+endfunction()

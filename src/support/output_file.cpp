@@ -1,0 +1,88 @@
+#include "support/output_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace grolof {
+
+bool OutputFile::Open(const std::string& path, Mode mode) {
+    Close();
+    const int how = mode == Mode::Append ? O_APPEND : O_TRUNC;
+    do
+        m_descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | how, 0666);
+    while (m_descriptor < 0 && errno == EINTR);
+    if (m_descriptor < 0) {
+        std::perror(path.c_str());
+        return false;
+    }
+    m_path = path;
+    m_failed = false;
+    m_length = 0;
+    return true;
+}
+
+void OutputFile::Put(std::string_view bytes) {
+    if (bytes.size() > m_buffer.size() - m_length)
+        Flush();
+    if (bytes.size() > m_buffer.size()) {
+        Write(bytes);
+        return;
+    }
+    std::copy(bytes.begin(), bytes.end(), m_buffer.begin() + static_cast<std::ptrdiff_t>(m_length));
+    m_length += bytes.size();
+}
+
+void OutputFile::Print(const char* format, ...) {
+    std::array<char, 512> text;
+    va_list arguments;
+    va_start(arguments, format);
+    va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(text.data(), text.size(), format, arguments);
+    va_end(arguments);
+    if (length >= 0 && static_cast<std::size_t>(length) < text.size()) {
+        Put({text.data(), static_cast<std::size_t>(length)});
+    } else if (length >= 0) {
+        std::string longer(static_cast<std::size_t>(length) + 1, '\0');
+        std::vsnprintf(longer.data(), longer.size(), format, again);
+        Put({longer.data(), static_cast<std::size_t>(length)});
+    }
+    va_end(again);
+}
+
+void OutputFile::Flush() {
+    Write({m_buffer.data(), m_length});
+    m_length = 0;
+}
+
+void OutputFile::Write(std::string_view bytes) {
+    while (!bytes.empty() && !m_failed && m_descriptor >= 0) {
+        const ssize_t written = write(m_descriptor, bytes.data(), bytes.size());
+        if (written >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            Fail();
+    }
+}
+
+void OutputFile::Fail() {
+    m_failed = true;
+    std::perror(m_path.c_str());
+}
+
+bool OutputFile::Close() {
+    if (m_descriptor < 0)
+        return !m_failed;
+    Flush();
+    if (close(m_descriptor) != 0 && errno != EINTR && !m_failed)
+        Fail();
+    m_descriptor = -1;
+    return !m_failed;
+}
+
+} // namespace grolof
