@@ -1,0 +1,115 @@
+#include "copybook/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+
+namespace grolof {
+
+namespace {
+
+// The level as at least two digits.
+std::string LevelDigits(int level) {
+    std::string digits = std::to_string(level);
+    return digits.size() < 2 ? "0" + digits : digits;
+}
+
+// A number as it comes out of 32 bits.
+std::string Decimal(std::int64_t value) {
+    return std::to_string(static_cast<std::int32_t>(value));
+}
+
+std::string NumericPicture(const Field& field, std::int64_t length) {
+    const bool isSigned = field.FloatingSign != 0 || field.TrailingSign != 0;
+    std::string picture = isSigned ? "PIC S9(" : "PIC 9(";
+    if (field.Decimals == 0)
+        return picture + Decimal(length) + ")";
+    return picture + Decimal(length - field.Decimals) + ")V9(" + Decimal(field.Decimals) + ")";
+}
+
+// A literal of its own behind blanks, with the period that ends the item.
+void PutLiteralLine(OutputFile& out, std::int64_t blanks, std::string_view text) {
+    PutBlanks(out, blanks);
+    out.Put("'");
+    out.Put(text);
+    out.Put("'.\n");
+}
+
+} // namespace
+
+std::string DpsLevelPrefix(int level) {
+    const auto indentation = static_cast<std::size_t>(level / 5 * 2 + 11);
+    return std::string(indentation, ' ') + LevelDigits(level) + " ";
+}
+
+std::string BmsLevelPrefix(int level) {
+    if (level == 3)
+        return std::string(12, ' ') + "03 ";
+    return DpsLevelPrefix(level) + " ";
+}
+
+std::string NumberPrefix(const Form& form) {
+    return "S" + std::to_string(form.Number) + "-";
+}
+
+std::string ScreenNameOf(const Form& form) {
+    if (form.NumericName == 0)
+        return form.Name.value_or("");
+    std::array<char, 24> name;
+    std::snprintf(name.data(), name.size(), "DPS%5.5d", form.Number);
+    return name.data();
+}
+
+std::int64_t DataLength(const Field& field) {
+    std::int64_t length = field.Width;
+    for (const std::int32_t taken :
+         {field.Decimals, field.FloatingCurrency, field.FloatingSign, field.TrailingSign})
+        length -= taken != 0 ? 1 : 0;
+    if (field.InsertDelimiters != 0)
+        length -= (length - field.Decimals) / 4;
+    return length;
+}
+
+std::string PictureOf(const Field& field) {
+    const std::int64_t length = DataLength(field);
+    if (field.DataType == 1)
+        return "PIC X(" + Decimal(length) + ")";
+    if (field.DataType == 2)
+        return "PIC A(" + Decimal(length) + ")";
+    return NumericPicture(field, length);
+}
+
+void PutBlanks(OutputFile& out, std::int64_t count) {
+    static constexpr std::string_view blanks = "                                ";
+    for (; count > 0; count -= static_cast<std::int64_t>(blanks.size()))
+        out.Put(blanks.substr(0, static_cast<std::size_t>(count)));
+}
+
+void PutPadded(OutputFile& out, std::string_view text, std::int64_t width) {
+    out.Put(text);
+    PutBlanks(out, width - static_cast<std::int64_t>(text.size()));
+}
+
+void PutNumber(OutputFile& out, std::int64_t value) {
+    std::array<char, 12> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                   static_cast<std::int32_t>(value));
+    out.Put({digits.data(), static_cast<std::size_t>(end.ptr - digits.data())});
+}
+
+void PutValueBelow(OutputFile& out, std::string_view text) {
+    constexpr std::size_t nearRight = 42, fits = 55, firstPiece = 58;
+    out.Put(" VALUE\n");
+    if (text.size() < nearRight) {
+        PutLiteralLine(out, 27, text);
+        return;
+    }
+    PutLiteralLine(out, 12, text.size() > fits ? text.substr(0, firstPiece) : text);
+    if (text.size() > fits) {
+        out.Put("      -");
+        PutLiteralLine(out, 4, text.substr(std::min(firstPiece, text.size())));
+    }
+}
+
+} // namespace grolof
