@@ -10,11 +10,27 @@
 
 namespace grolof {
 
+namespace {
+
+int OpenFlags(OutputFile::Mode mode) {
+    const int always = O_WRONLY | O_CREAT | O_CLOEXEC;
+    switch (mode) {
+    case OutputFile::Mode::Append:
+        return always | O_APPEND;
+    case OutputFile::Mode::Truncate:
+        return always | O_TRUNC;
+    case OutputFile::Mode::Keep:
+        break;
+    }
+    return always;
+}
+
+} // namespace
+
 bool OutputFile::Open(const std::string& path, Mode mode) {
     Close();
-    const int how = mode == Mode::Append ? O_APPEND : O_TRUNC;
     do
-        m_descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | how, 0666);
+        m_descriptor = open(path.c_str(), OpenFlags(mode), 0666);
     while (m_descriptor < 0 && errno == EINTR);
     if (m_descriptor < 0) {
         std::perror(path.c_str());
@@ -24,6 +40,12 @@ bool OutputFile::Open(const std::string& path, Mode mode) {
     m_failed = false;
     m_length = 0;
     return true;
+}
+
+void OutputFile::Truncate() {
+    // What is no regular file (a pipe, a device) has no contents to take away: EINVAL.
+    if (m_descriptor >= 0 && ftruncate(m_descriptor, 0) != 0 && errno != EINVAL)
+        Fail();
 }
 
 void OutputFile::Put(std::string_view bytes) {

@@ -13,7 +13,8 @@ namespace grolof {
 /// error with the system error text for the path; it changes nothing else.
 class OutputFile {
 public:
-    enum class Mode { Truncate, Append };
+    /// What becomes of the contents of a file that exists. Keep leaves them until Truncate.
+    enum class Mode { Truncate, Append, Keep };
 
     OutputFile() = default;
     OutputFile(const OutputFile&) = delete;
@@ -23,6 +24,9 @@ public:
     /// Opens a file, made with mode 0666 less the umask when missing. On failure prints the
     /// system error text for the path on standard error and returns false.
     bool Open(const std::string& path, Mode mode = Mode::Truncate);
+
+    /// Takes away the contents of a file opened with Keep; nothing may have been put before.
+    void Truncate();
 
     /// Appends bytes as they are.
     void Put(std::string_view bytes);
