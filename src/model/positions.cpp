@@ -4,10 +4,6 @@ namespace grolof {
 
 namespace {
 
-std::uint64_t Key(std::int64_t row, std::int64_t column) {
-    return static_cast<std::uint64_t>(row) << 32 ^ static_cast<std::uint32_t>(column);
-}
-
 struct Collector {
     FieldPositions Found;
     std::int32_t FormWidth = 0;
@@ -33,8 +29,8 @@ void Collect(Collector& collector, const List* list, Offset base) {
             if (collector.FormWidth == 0)
                 break;
             const Field& field = AsField(record);
-            const Position at = WrappedPosition(base, field.Row, field.Column, collector.FormWidth);
-            collector.Found.Starts.insert(Key(at.Row, at.Column));
+            collector.Found.Starts.insert(
+                WrappedPosition(base, field.Row, field.Column, collector.FormWidth));
             break;
         }
         case RecordType::Image:
@@ -103,7 +99,7 @@ std::int64_t ExpandedCount(const List& list) {
                                        : IsPlayed(AsImage(record)) ? AsImage(record).Count
                                                                    : 0;
             // Both factors are bounded (the inner count just above the limit, the times by 32
-            // bits), so the product fits. An empty repetition still costs a step.
+            // bits), so the product fits.
             count += times * (1 + ExpandedCount(*record.Children));
         }
         if (count > kMostRecords)
@@ -120,7 +116,7 @@ FieldPositions CollectFieldPositions(const List& screen) {
 }
 
 bool FieldAtPosition(const FieldPositions& positions, std::int64_t row, std::int64_t column) {
-    return positions.Starts.contains(Key(row, column));
+    return positions.Starts.contains({row, column});
 }
 
 bool FieldAtPosition(const List& screen, std::int64_t row, std::int64_t column) {

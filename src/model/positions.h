@@ -2,6 +2,7 @@
 // form's width, the field that starts at a position, and the merge of neighbouring headings.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <unordered_set>
 
@@ -56,15 +57,22 @@ inline Position WrappedPosition(Offset base, std::int64_t row, std::int64_t colu
 
 /// True when a repeat image is played at all: it has children and occurs at least once.
 inline bool IsPlayed(const Image& image) {
-    return image.Children && image.Count >= 1;
+    return image.Children && !ListIsEmpty(*image.Children) && image.Count >= 1;
 }
 
 /// Number of records met when all repetitions are played, stopping the count above kMostRecords.
 std::int64_t ExpandedCount(const List& list);
 
+struct PositionHash {
+    std::size_t operator()(const Position& at) const {
+        return static_cast<std::size_t>(static_cast<std::uint64_t>(at.Row) << 32 ^
+                                        static_cast<std::uint64_t>(at.Column));
+    }
+};
+
 /// The positions at which a field of a screen starts, for many queries on an unchanged screen.
 struct FieldPositions {
-    std::unordered_set<std::uint64_t> Starts;
+    std::unordered_set<Position, PositionHash> Starts;
 };
 
 /// Collects the first positions of all fields of a screen, repetitions played. A form of width 0

@@ -24,8 +24,7 @@ bool InputFile::Open(const std::string& path) {
         return false;
     }
     m_path = path;
-    m_atEnd = false;
-    m_next = m_limit = 0;
+    m_atEnd = m_exhausted = false;
     m_buffer.resize(kBlock);
     return true;
 }
@@ -34,10 +33,11 @@ void InputFile::Close() {
     if (m_descriptor >= 0)
         close(m_descriptor);
     m_descriptor = -1;
+    m_next = m_limit = 0;
 }
 
 bool InputFile::Fill() {
-    if (m_descriptor < 0)
+    if (m_descriptor < 0 || m_exhausted)
         return false;
     ssize_t count = 0;
     do
@@ -45,7 +45,8 @@ bool InputFile::Fill() {
     while (count < 0 && errno == EINTR);
     if (count < 0)
         std::perror(m_path.c_str());
-    if (count <= 0)
+    m_exhausted = count <= 0; // for good, so that an error is told once
+    if (m_exhausted)
         return false;
     m_next = 0;
     m_limit = static_cast<std::size_t>(count);

@@ -39,6 +39,7 @@ private:
     std::string m_path;
     int m_descriptor = -1;
     bool m_atEnd = false;
+    bool m_exhausted = false; // a read gave nothing more, or failed
     std::vector<char> m_buffer;
     std::size_t m_next = 0;  // first byte of m_buffer not yet handed out
     std::size_t m_limit = 0; // bytes of m_buffer that hold text
