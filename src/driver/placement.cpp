@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "driver/standard_streams.h"
 #include "support/environment.h"
 #include "support/installation.h"
 #include "support/program_search.h"
@@ -212,7 +213,7 @@ namespace {
 int RunCommand(const std::string& command, int (*runShell)(const char*)) {
     if (!FitsText(command))
         return -1;
-    std::fflush(stdout); // what was said so far stands before what the command says
+    FlushOutput();
     return runShell(command.c_str());
 }
 
@@ -312,10 +313,10 @@ void EnterScreenLibrary(const OutputPath& mcsFormat, const Settings& settings,
     OpenToEverybody(mcsFormat);
     const std::string enter = "scrlib IUQ '" + QuotedSlot(mcsFormat.Text) + "'";
     if (RunCommand(enter, runShell) != 0) {
-        for (std::FILE* stream : {stdout, stderr}) {
-            std::fprintf(stream, "Problem doing '%s'\n", enter.c_str());
-            std::fflush(stream);
-        }
+        std::printf("Problem doing '%s'\n", enter.c_str());
+        FlushOutput();
+        std::fprintf(stderr, "Problem doing '%s'\n", enter.c_str());
+        std::fflush(stderr);
     }
     OpenToEverybody(mcsFormat);
     RunCommand("touch '" + QuotedSlot(zorsysfiles + "/mcs/" + settings.UpperGroup) + "'", runShell);

@@ -39,10 +39,15 @@ void KeepCommandResults() {
         std::signal(SIGCHLD, SIG_DFL);
 }
 
+int s_outputError = 0; // of the first flush that failed
+
 extern "C" void ReportLostOutput() {
-    errno = EIO; // for a failure whose cause an earlier flush took with it
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        std::perror("standard output");
+    FlushOutput();
+    if (s_outputError == 0 && std::ferror(stdout) == 0)
+        return;
+    // A write between two flushes leaves the stream's error mark, but not its cause.
+    errno = s_outputError != 0 ? s_outputError : EIO;
+    std::perror("standard output");
 }
 
 } // namespace
@@ -52,6 +57,11 @@ void GuardStandardStreams() {
     SurviveClosedPipe();
     KeepCommandResults();
     std::atexit(ReportLostOutput);
+}
+
+void FlushOutput() {
+    if (std::fflush(stdout) != 0 && s_outputError == 0)
+        s_outputError = errno;
 }
 
 } // namespace grolof

@@ -12,4 +12,8 @@ namespace grolof {
 ///   - the result of a command can always be waited for.
 void GuardStandardStreams();
 
+/// Writes out what standard output still holds, so that it stands before what a command says. A
+/// failure is remembered for the end of the run.
+void FlushOutput();
+
 } // namespace grolof
