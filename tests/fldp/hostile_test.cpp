@@ -1,0 +1,215 @@
+// Input that nobody meant: whatever it is, the reader returns forms or ends with one line.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "source.h"
+
+namespace grolof {
+namespace {
+
+using namespace fldp_test;
+
+constexpr std::string_view kOrder =
+    "@ order entry\n"
+    "FORM\n"
+    "NAME = 'ORDER'\n"
+    "NUMBER = 17\n"
+    "GROUP = \"SALES\"\n"
+    "DIMENSION HEIGHT = 24 WIDTH = 80\n"
+    "FUNCTION_KEYS NAME = (KEY_1, KEY_2)\n"
+    "FIELD_CHARACTERS = ('_', '.')\n"
+    "FIELD\n"
+    "  NAME = 'CUST''NO'\n"
+    "  POS_IMA ROW = 3 &\r\n"
+    "          COLUMN = 10\r\n"
+    "  GENERAL_EDIT CASE = UPPER DISPLAY = (BLANK_WHEN_ZERO, INSERT_DELIMITERS) &\n"
+    "    SIGN = (TRAILING)\n"
+    "END_FIELD\n"
+    "IMAGE\n"
+    "  NAME = 'LINE'\n"
+    "  REPEAT_IMAGE COUNT = 12 DIRECTION = DOWN INDEX_ITEM = 'IX'\n"
+    "  IMAGE\n"
+    "    FIELD NAME = 'QTY' END_FIELD\n"
+    "  END_IMAGE\n"
+    "END_IMAGE\n"
+    "FIELD\n"
+    "  DIMENSION WIDTH = 160\n"
+    "  PREDEFINED_VALUE INITIAL_VALUE = 'ORDER ENTRY                 ' &&\n"
+    "   \"CUSTOMER: \" &&\n"
+    "   'QUANTITY  PRICE'\n"
+    "END_FIELD\n"
+    "END_FORM\n";
+
+class Hostile : public SourceTest {
+protected:
+    // Reads a file that may be refused; the output is not looked at.
+    bool Reads(const std::string& path) {
+        bool returned = false;
+        const int status = StatusOf([&] {
+            const RecordList forms = ParseFldpFile(path, kDefaultConversionFlags);
+            returned = forms != nullptr;
+        });
+        EXPECT_EQ(status, returned ? -1 : 1);
+        return returned;
+    }
+
+    // Reads a source cut at every length. What is printed is one error line for each refusal.
+    void CutEverywhere(std::string_view text) {
+        const std::string path = Write(text);
+        CaptureStdout out;
+        CaptureStderr error;
+        std::size_t refused = Reads(path) ? 0 : 1;
+        for (std::size_t length = text.size(); length-- > 0;) {
+            ASSERT_EQ(truncate(path.c_str(), static_cast<off_t>(length)), 0);
+            refused += Reads(path) ? 0 : 1;
+        }
+        const std::string lines = out.Take();
+        EXPECT_EQ(error.Take(), "");
+        std::size_t errors = 0;
+        for (auto at = lines.find("; Syntax Error at column "); at != std::string::npos;
+             at = lines.find("; Syntax Error at column ", at + 1))
+            ++errors;
+        EXPECT_EQ(errors, refused);
+        EXPECT_GT(refused, 0U);
+    }
+};
+
+TEST_F(Hostile, ASourceCutAtEveryLength) {
+    EXPECT_EQ(Shape(*Forms(kOrder)), "Form ORDER(F CUST'NO R LINE(I -(F QTY)) H 1,1 'ORDER ENTRY' "
+                                     "H 1,29 'CUSTOMER: QUANTITY' H 1,49 'PRICE')");
+    CutEverywhere(kOrder);
+}
+
+TEST_F(Hostile, ExamplesCutAtEveryLength) {
+    std::vector<std::filesystem::path> examples;
+    std::error_code none;
+    for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES_DIRECTORY, none))
+        if (entry.path().extension() == ".fldp")
+            examples.push_back(entry.path());
+    if (examples.empty())
+        GTEST_SKIP() << "no examples";
+    std::sort(examples.begin(), examples.end());
+    for (const auto& example : examples) {
+        SCOPED_TRACE(example.filename());
+        const std::string text = ReadFile(example.string());
+        EXPECT_GE(ListCount(*Forms(text)), 1);
+        CutEverywhere(text);
+    }
+}
+
+// One byte of the source replaced: every place, a few telling bytes.
+TEST_F(Hostile, EveryByteReplaced) {
+    const std::string path = Write(kOrder);
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    const auto put = [&file](std::size_t at, char byte) {
+        file.seekp(static_cast<std::streamoff>(at)).put(byte).flush();
+    };
+    CaptureStdout out;
+    CaptureStderr error;
+    for (std::size_t i = 0; i < kOrder.size(); ++i) {
+        for (const char byte : {'\0', '\'', '&', '\n', '\xFF'}) {
+            put(i, byte);
+            Reads(path);
+        }
+        put(i, kOrder[i]);
+    }
+    EXPECT_TRUE(Reads(path)) << "the source is whole again";
+}
+
+TEST_F(Hostile, BinaryFiles) {
+    std::mt19937 random(4711);
+    CaptureStdout out;
+    CaptureStderr error;
+    for (int i = 0; i < 300; ++i) {
+        std::string text(static_cast<std::size_t>(random() % 2000), '\0');
+        for (char& c : text)
+            c = static_cast<char>(random());
+        Reads(Write(text));
+    }
+    std::string all;
+    for (int c = 0; c < 256; ++c)
+        all += static_cast<char>(c);
+    EXPECT_FALSE(Reads(Write("FORM\n" + all + all + "\n")));
+}
+
+// Words of the language in random order reach deeper than bytes do.
+TEST_F(Hostile, WordsInRandomOrder) {
+    const std::vector<std::string> words = {
+        "FORM ", "END_FORM ", "FIELD ", "END_FIELD ", "IMAGE ", "END_IMAGE ", "NAME ",  "= ",
+        "'A' ",  "& ",        "\n",     "&\n",        "( ",     ") ",         ", ",     "5 ",
+        "DIM ",  "WIDTH ",    "TYPE ",  "NORMAL ",    "TEST ",  "REP_IMA ",   "COUNT ", "@ "};
+    std::mt19937 random(42);
+    CaptureStdout out;
+    CaptureStderr error;
+    for (int i = 0; i < 1000; ++i) {
+        std::string text = "FORM\n";
+        for (int n = 0; n < 40; ++n)
+            text += words[random() % words.size()];
+        Reads(Write(text + "\n"));
+    }
+}
+
+TEST_F(Hostile, LongLines) {
+    // Pieces of 254 characters: a name of 10,000 letters is refused in the first.
+    EXPECT_EQ(ErrorLine(std::string(10000, 'A') + "\n"),
+              "Line     1: x.fldp; Syntax Error at column 254 (" + std::string(254, 'A') + ")\n");
+    // A comment of 10,000 characters is one in its first piece only.
+    EXPECT_EQ(ErrorLine("@" + std::string(9999, 'c') + "\n"),
+              "Line     2: x.fldp; Syntax Error at column 254 (" + std::string(254, 'c') + ")\n");
+    // A literal takes up to the end of its piece and its statement end.
+    EXPECT_EQ(ErrorLine("FORM NAME = '" + std::string(10000, 'x') + "'\n"),
+              "Line     2: x.fldp; Syntax Error at column 254 (" + std::string(254, 'x') + ")\n");
+    // Blanks are nothing, however many.
+    EXPECT_EQ(Shape(*Forms("FORM" + std::string(10000, ' ') + "\nEND_FORM\n")), "Form -");
+}
+
+TEST_F(Hostile, LongNumbers) {
+    EXPECT_EQ(AsForm(FirstOf(*Forms(InForm("NUMBER = " + std::string(40, '9'))))).Number, -1);
+    EXPECT_EQ(AsForm(FirstOf(*Forms(InForm("NUMBER = " + std::string(40, '0') + "12")))).Number,
+              12);
+}
+
+TEST_F(Hostile, ALiteralNeverClosed) {
+    EXPECT_EQ(ErrorLine("FORM\nNAME = 'A\n'\n"),
+              "Line     3: x.fldp; Syntax Error at column 15 (\nEND_STATEMENT)\n");
+    // An endless concatenation is gathered without nesting.
+    std::string text = "FORM\nNAME = ''";
+    for (int i = 0; i < 50000; ++i)
+        text += " &&\n'x'";
+    const RecordList forms = Forms(text + "\nEND_FORM\n");
+    EXPECT_EQ(AsForm(FirstOf(*forms)).Name, std::string(50000, 'x'));
+}
+
+TEST_F(Hostile, NamesAreKeptAsTheyAre) {
+    const RecordList forms = Forms(InForm("NAME = \"../../$(reboot)';x\"\nGROUP = '`id`/..'\n"));
+    EXPECT_EQ(Described(AsForm(FirstOf(*forms))),
+              "Name='../../$(reboot)';x' Group='`id`/..' NumericName=1");
+}
+
+TEST_F(Hostile, HugeNumbersEverywhere) {
+    const std::string most = "2147483647";
+    const std::string least = "2147483648"; // stored as -2147483648
+    for (const std::string& number : {most, least, std::string("0")}) {
+        const std::string place = "POS_IMA ROW = " + number + " COLUMN = " + number + "\n";
+        const std::string size = "DIM HEIGHT = " + number + " WIDTH = " + number + "\n";
+        const std::string repeat = "REP_IMA DIRECTION = RIGHT SPACING = " + number;
+        const RecordList forms =
+            Forms(InForm("IMAGE\n" + place + size + repeat + " COUNT = 3\nIMAGE\n" + place + size +
+                         repeat + " COUNT = " + number + "\nFIELD\n" + place + size +
+                         "END_FIELD\nEND_IMAGE\nEND_IMAGE\n" + size + "FIELD\n" + size + place +
+                         "PRE_VAL INITIAL_VALUE = 'A B C'\nEND_FIELD"));
+        EXPECT_EQ(ListCount(*forms), 1);
+    }
+}
+
+} // namespace
+} // namespace grolof
