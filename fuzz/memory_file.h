@@ -1,0 +1,36 @@
+// A file in memory that has a path, for what a fuzz target reads and writes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+/// An open, empty file in memory; gone with the object.
+class MemoryFile {
+public:
+    MemoryFile() : m_descriptor(memfd_create("fuzz", MFD_CLOEXEC)) {
+        if (m_descriptor < 0)
+            std::abort();
+        m_path = "/proc/self/fd/" + std::to_string(m_descriptor);
+    }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+    ~MemoryFile() { close(m_descriptor); }
+
+    const std::string& Path() const { return m_path; }
+
+    /// Makes these bytes the whole contents.
+    void Fill(const std::uint8_t* bytes, std::size_t size) const {
+        if (ftruncate(m_descriptor, 0) != 0 ||
+            pwrite(m_descriptor, bytes, size, 0) != static_cast<ssize_t>(size))
+            std::abort();
+    }
+
+private:
+    int m_descriptor;
+    std::string m_path;
+};
