@@ -39,8 +39,8 @@ void PutLiteralLine(OutputFile& out, std::int64_t blanks, std::string_view text)
 } // namespace
 
 std::string DpsLevelPrefix(int level) {
-    const auto indentation = static_cast<std::size_t>(level / 5 * 2 + 11);
-    return std::string(indentation, ' ') + LevelDigits(level) + " ";
+    const auto steps = static_cast<std::size_t>(level / 5);
+    return std::string(steps * 2 + 11, ' ') + LevelDigits(level) + " ";
 }
 
 std::string BmsLevelPrefix(int level) {

@@ -132,7 +132,7 @@ private:
 
     Visit m_visit;
     std::int64_t m_index = 0;
-    std::int32_t m_width = 0;
+    std::int32_t m_width = 1; // a form stands in front of all entries and sets it
 };
 
 std::string CaseFolded(std::string name) {
