@@ -11,9 +11,10 @@ namespace grolof {
 
 namespace {
 
-// What a file may make us paint: items, characters and rows together. Far above any screen, and
-// small enough for repeats of repeats to be stopped at once.
+// What a file may make us paint: characters, and rows and items by a weight. Far above any
+// screen, and small enough for repeats of repeats to be stopped at once.
 constexpr std::size_t kMostPainted = 2'000'000;
+constexpr std::size_t kItemWeight = 16;
 
 // The state of a play.
 struct Player {
@@ -60,7 +61,7 @@ void PaintText(Player& player, std::size_t at, std::string_view text) {
 
 // Places an item at the current column of the row being painted and moves behind it.
 void Place(Player& player, std::size_t at, PlacedItem item) {
-    if (!Paint(player, at, 1 + item.Text.size() + item.Picture.size()))
+    if (!Paint(player, at, kItemWeight + item.Text.size() + item.Picture.size()))
         return;
     item.Row = static_cast<std::int64_t>(player.Screen.Rows.size()) + 1;
     item.Column = player.Column;
@@ -72,7 +73,7 @@ void Place(Player& player, std::size_t at, PlacedItem item) {
 // Shows the row painted last once more.
 void RepeatRow(Player& player, std::size_t at, std::size_t first, std::size_t last) {
     PlayedScreen& screen = player.Screen;
-    if (!Paint(player, at, 1 + screen.Rows.back().size() + (last - first)))
+    if (!Paint(player, at, screen.Rows.back().size() + (1 + last - first) * kItemWeight))
         return;
     for (std::size_t i = first; i < last && !player.Error; ++i) {
         PlacedItem item = screen.Items[i];
@@ -87,7 +88,7 @@ void EndRow(Player& player, std::size_t at, std::size_t repeats) {
     const std::size_t first = player.RowItems;
     const std::size_t last = player.Screen.Items.size();
     player.Screen.Rows.push_back(std::move(player.Row));
-    Paint(player, at, 1);
+    Paint(player, at, kItemWeight);
     for (std::size_t i = 0; i < repeats && !player.Error; ++i)
         RepeatRow(player, at, first, last);
     player.Row.clear();
