@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-extern "C" char** environ; // POSIX leaves its declaration to the program
+extern "C" char** environ; // NOLINT(readability-redundant-declaration): POSIX leaves it to us
 
 namespace grolof {
 

@@ -27,10 +27,10 @@ int OpenFlags(OutputFile::Mode mode) {
 
 } // namespace
 
-bool OutputFile::Open(const std::string& path, Mode mode) {
+bool OutputFile::Reopen(const std::string& path, int flags) {
     Close();
     do
-        m_descriptor = open(path.c_str(), OpenFlags(mode), 0666);
+        m_descriptor = open(path.c_str(), flags, 0666);
     while (m_descriptor < 0 && errno == EINTR);
     if (m_descriptor < 0) {
         std::perror(path.c_str());
@@ -39,6 +39,22 @@ bool OutputFile::Open(const std::string& path, Mode mode) {
     m_path = path;
     m_failed = false;
     m_length = 0;
+    m_end = 0;
+    return true;
+}
+
+bool OutputFile::Open(const std::string& path, Mode mode) {
+    if (!Reopen(path, OpenFlags(mode)))
+        return false;
+    if (mode == Mode::Append)
+        m_end = std::max<std::int64_t>(lseek(m_descriptor, 0, SEEK_END), 0);
+    return true;
+}
+
+bool OutputFile::OpenAt(const std::string& path, std::int64_t offset) {
+    if (!Reopen(path, OpenFlags(Mode::Keep)))
+        return false;
+    m_end = std::max<std::int64_t>(lseek(m_descriptor, offset, SEEK_SET), 0);
     return true;
 }
 
@@ -49,6 +65,7 @@ void OutputFile::Truncate() {
 }
 
 void OutputFile::Put(std::string_view bytes) {
+    m_end += static_cast<std::int64_t>(bytes.size());
     if (bytes.size() > m_buffer.size() - m_length)
         Flush();
     if (bytes.size() > m_buffer.size()) {

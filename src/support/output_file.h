@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,11 @@ public:
     /// system error text for the path on standard error and returns false.
     bool Open(const std::string& path, Mode mode = Mode::Truncate);
 
+    /// Opens a file to go on `offset` bytes from its start, where an earlier Close of this run left
+    /// it: unlike Append, a file that another process is writing anew at the same moment ends up
+    /// with one copy of what both write. Fails as Open does.
+    bool OpenAt(const std::string& path, std::int64_t offset);
+
     /// Takes away the contents of a file opened with Keep; nothing may have been put before.
     void Truncate();
 
@@ -34,10 +40,15 @@ public:
     /// Appends a formatted text, as printf.
     [[gnu::format(printf, 2, 3)]] void Print(const char* format, ...);
 
+    /// Bytes from the start of the file to the end of what was put; valid after Close too. 0 for
+    /// what has no place to go back to, such as a pipe.
+    std::int64_t End() const { return m_end; }
+
     /// Writes what is buffered and closes. Returns false when any write failed since Open.
     bool Close();
 
 private:
+    bool Reopen(const std::string& path, int flags);
     void Flush();
     void Write(std::string_view bytes);
     void Fail();
@@ -47,6 +58,7 @@ private:
     bool m_failed = false;
     std::array<char, 16 * 1024> m_buffer;
     std::size_t m_length = 0;
+    std::int64_t m_end = 0;
 };
 
 } // namespace grolof

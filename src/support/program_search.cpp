@@ -37,7 +37,7 @@ struct CachedProgram {
 struct SearchState {
     Masks Wanted = kExecuteMasks;
     bool CacheIsOn = false;
-    std::array<CachedProgram, 5> Cache; // oldest first
+    std::array<CachedProgram, 5> Cache; // oldest first; all unused while it is off
     std::string Found;                  // what the last call returned
 };
 SearchState s_search;
@@ -60,7 +60,7 @@ void ClearCache() {
 }
 
 const CachedProgram* FindCached(const std::string& name) {
-    if (!s_search.CacheIsOn || name.empty())
+    if (name.empty())
         return nullptr;
     const auto found = std::find_if(s_search.Cache.begin(), s_search.Cache.end(),
                                     [&](const CachedProgram& entry) { return entry.Name == name; });

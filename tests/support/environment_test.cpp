@@ -13,7 +13,7 @@
 
 #include "common/testing.h"
 
-extern "C" char** environ;
+extern "C" char** environ; // NOLINT(readability-redundant-declaration)
 
 namespace grolof {
 namespace {

@@ -77,6 +77,10 @@ TEST(InputFile, LinesCrossTheBlocksOfTheFile) {
     EXPECT_THAT(LinesOf(longLine + "\ny\n", 100'000), ElementsAre(longLine + "\n", "y\n"));
     EXPECT_THAT(LinesOf(longLine, 65'536),
                 ElementsAre(std::string(65'536, 'x'), std::string(4'464, 'x') + "$"));
+    // The second line has its first part in one block and its second in the next.
+    EXPECT_THAT(LinesOf(std::string(100'000, 'x'), 40'000),
+                ElementsAre(std::string(40'000, 'x'), std::string(40'000, 'x'),
+                            std::string(20'000, 'x') + "$"));
 }
 
 TEST(InputFile, MissingFileIsReported) {
@@ -154,7 +158,8 @@ TEST(OutputFile, WritesMoreThanItsBufferInOrder) {
     OutputFile file;
     ASSERT_TRUE(file.Open(path));
     std::string expected;
-    for (const std::size_t length : {10U, 16'374U, 1U, 16'384U, 16'385U, 3U, 100'000U, 7U}) {
+    for (const std::size_t length :
+         {10U, 16'374U, 1U, 16'000U, 9'000U, 16'384U, 16'385U, 3U, 100'000U, 7U}) {
         const std::string text(length, static_cast<char>('a' + expected.size() % 26));
         file.Put(text);
         expected += text;
@@ -174,6 +179,25 @@ TEST(OutputFile, TruncatesOrContinues) {
     file.Put("second");
     EXPECT_TRUE(file.Close());
     EXPECT_EQ(ReadFile(path), "first,second");
+}
+
+TEST(OutputFile, KeepsTheContentsUntilItIsToldOtherwise) {
+    const TemporaryDirectory directory;
+    const std::string path = WriteFile(directory.File("out"), "old contents");
+    OutputFile file;
+    ASSERT_TRUE(file.Open(path, OutputFile::Mode::Keep));
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(ReadFile(path), "old contents");
+    ASSERT_TRUE(file.Open(path, OutputFile::Mode::Keep));
+    file.Truncate();
+    file.Put("new");
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(ReadFile(path), "new");
+    ASSERT_TRUE(file.Open("/dev/null", OutputFile::Mode::Keep));
+    CaptureStderr errors;
+    file.Truncate();
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(errors.Take(), "") << "a device has nothing to take away";
 }
 
 TEST(OutputFile, MakesAFileWithoutExecuteBitsAlsoToContinueIt) {
