@@ -11,9 +11,11 @@ namespace grolof {
 
 namespace {
 
-// State of the generator. All but the last output area is made afresh for each map.
+// State of the generator. All but what the next map of the book needs is made afresh for each.
 struct BmsBook {
     std::string LastOutputArea; ///< kept for the life of the process
+    std::string LastPath;       ///< the book written last, and where it ended
+    std::int64_t LastEnd = 0;
     std::string FormName;
     std::string MapName;
     std::string NamePrefix;
@@ -163,6 +165,16 @@ void PutAreaStart(OutputFile& out, const std::string& area, const std::string* r
     PutItem(out, 2, kFiller, "PIC X(12).");
 }
 
+// A first map makes the book. A later one goes on where the map before it ended in the same book;
+// after a map that went elsewhere, or not at all, it is added to what the book holds.
+bool OpenBook(const BmsBook& book, OutputFile& out, const std::string& path, bool continuing) {
+    if (!continuing)
+        return out.Open(path);
+    if (path == book.LastPath)
+        return out.OpenAt(path, book.LastEnd);
+    return out.Open(path, OutputFile::Mode::Append);
+}
+
 } // namespace
 
 int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments, int continuing) {
@@ -172,9 +184,9 @@ int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments,
         return 0;
     }
     OutputFile out;
-    if (!out.Open(path, continuing != 0 ? OutputFile::Mode::Append : OutputFile::Mode::Truncate))
-        return 0;
     BmsBook& book = s_bmsBook;
+    if (!OpenBook(book, out, path, continuing != 0))
+        return 0;
     Reset(book, *form);
     PutComments(book, out, withMapComments != 0, continuing != 0);
 
@@ -190,7 +202,9 @@ int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments,
     book.LastOutputArea = book.MapName + "O";
     PutAreaStart(out, book.LastOutputArea, &input);
     PutFields(book, out, &screen, PutOutputItems);
-    out.Close();
+    // Where a write failed, the book ends somewhere else.
+    book.LastPath = out.Close() ? path : "";
+    book.LastEnd = out.End();
     return 1;
 }
 

@@ -62,6 +62,24 @@ TEST_F(BmsBooks, AFirstMapStartsTheBookAfresh) {
     EXPECT_EQ(Map(screen).substr(0, 16), "      /\n      *\n");
 }
 
+TEST_F(BmsBooks, AnotherRunOverTheSameSourceLeavesNoSecondCopy) {
+    Screen one("ONE", 0), two("TWO", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    const std::string whole = ReadFile(Path());
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    WriteFile(Path(), whole); // the other run is through with both maps
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    EXPECT_EQ(ReadFile(Path()), whole);
+}
+
+TEST_F(BmsBooks, ALaterMapIsAddedToABookThatThisRunDidNotBegin) {
+    Screen two("TWO", 0);
+    WriteFile(Path(), "before\n");
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    EXPECT_EQ(ReadFile(Path()).substr(0, 14), "before\n      /");
+}
+
 TEST_F(BmsBooks, TheLastOutputAreaIsKeptBetweenBooks) {
     Screen one("ONE", 0), two("TWO", 0);
     ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
