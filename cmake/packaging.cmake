@@ -5,23 +5,21 @@
 set(GROLOF_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/grolof)
 find_program(GROLOF_GZIP gzip)
 
-# grolof_compressed(SOURCE NAME DIRECTORY): installs SOURCE as DIRECTORY/NAME.gz, or as it is where
-# there is no gzip. -n keeps time stamps out, so that equal builds give equal files.
-set(GROLOF_COMPRESSED "")
-function(grolof_compressed source name directory)
-    if(NOT GROLOF_GZIP)
-        install(FILES ${source} DESTINATION ${directory} RENAME ${name})
-        return()
+# grolof_packed(SOURCE NAME): GROLOF_PACKED becomes the path of SOURCE packed as NAME.gz, or of SOURCE
+# itself where there is no gzip. -n keeps time stamps out, so that equal builds give equal files.
+set(GROLOF_ALL_PACKED "")
+macro(grolof_packed source name)
+    set(GROLOF_PACKED ${source})
+    if(GROLOF_GZIP)
+        set(GROLOF_PACKED ${PROJECT_BINARY_DIR}/docs/${name}.gz)
+        add_custom_command(OUTPUT ${GROLOF_PACKED}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/docs
+            COMMAND ${GROLOF_GZIP} -9 -n -c ${source} > ${GROLOF_PACKED}
+            DEPENDS ${source}
+            VERBATIM)
+        list(APPEND GROLOF_ALL_PACKED ${GROLOF_PACKED})
     endif()
-    set(packed ${PROJECT_BINARY_DIR}/docs/${name}.gz)
-    add_custom_command(OUTPUT ${packed}
-        COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/docs
-        COMMAND ${GROLOF_GZIP} -9 -n -c ${source} > ${packed}
-        DEPENDS ${source}
-        VERBATIM)
-    install(FILES ${packed} DESTINATION ${directory})
-    set(GROLOF_COMPRESSED ${GROLOF_COMPRESSED} ${packed} PARENT_SCOPE)
-endfunction()
+endmacro()
 
 # grolof_link(TARGET LINK): installs a symbolic link, relative, as DESTDIR wants it.
 function(grolof_link target link)
@@ -38,12 +36,13 @@ endif()
 
 foreach(page grolof.1 t3zplay.1 t3b.5 t3z.5)
     string(REGEX MATCH "[0-9]$" section ${page})
-    grolof_compressed(${PROJECT_SOURCE_DIR}/docs/${page} ${page}
-                      ${CMAKE_INSTALL_MANDIR}/man${section})
+    grolof_packed(${PROJECT_SOURCE_DIR}/docs/${page} ${page})
+    install(FILES ${GROLOF_PACKED} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
 endforeach()
 grolof_link(grolof.1${packed_suffix} ${CMAKE_INSTALL_MANDIR}/man1/bmsgrolof.1${packed_suffix})
 
-grolof_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog ${GROLOF_DOC_DIR})
+grolof_packed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
+install(FILES ${GROLOF_PACKED} DESTINATION ${GROLOF_DOC_DIR})
 install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${GROLOF_DOC_DIR})
 
 set(completions ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
@@ -51,14 +50,17 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/grolof.bash-completion
         DESTINATION ${completions} RENAME grolof)
 grolof_link(grolof ${completions}/bmsgrolof)
 
-# Papers that only a Debian package has.
-if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR GROLOF_DEBIAN_PAPERS)
-    grolof_compressed(${PROJECT_SOURCE_DIR}/cmake/debian/changelog changelog.Debian
-                      ${GROLOF_DOC_DIR})
-    install(FILES ${PROJECT_SOURCE_DIR}/cmake/debian/copyright DESTINATION ${GROLOF_DOC_DIR})
-endif()
+install(TARGETS t3zplay RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-add_custom_target(documentation ALL DEPENDS ${GROLOF_COMPRESSED})
+# Papers that Debian wants in a package; they go along wherever the prefix is /usr.
+grolof_packed(${PROJECT_SOURCE_DIR}/cmake/debian/changelog changelog.Debian)
+install(CODE "
+    if(CMAKE_INSTALL_PREFIX MATCHES \"/usr$\")
+        file(INSTALL \"${GROLOF_PACKED}\" \"${PROJECT_SOURCE_DIR}/cmake/debian/copyright\"
+             DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${GROLOF_DOC_DIR}\")
+    endif()")
+
+add_custom_target(documentation ALL DEPENDS ${GROLOF_ALL_PACKED})
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME grolof)
@@ -70,17 +72,16 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
-set(CPACK_DEBIAN_PACKAGE_MAINTAINER "grolof developers <grolof@packages.debian.org>")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "grolof developers <maintainers@grolof.invalid>")
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"${CPACK_PACKAGE_DESCRIPTION_SUMMARY}
- grolof reads DPS FLDP forms, CICS BMS map sets or its own screen definition
- files and writes for every screen the screen definition file, the binary MCS
- format for the run-time screen handler, and the COBOL COPY books that
- describe the screen's data to programs.
- .
- Called as bmsgrolof it converts BMS map sets. t3zplay shows an MCS format as
- a picture in the terminal.")
+"grolof reads DPS FLDP forms, CICS BMS map sets or its own screen definition
+files and writes for every screen the screen definition file, the binary MCS
+format for the run-time screen handler, and the COBOL COPY books that
+describe the screen's data to programs.
+
+Called as bmsgrolof it converts BMS map sets. t3zplay shows an MCS format as
+a picture in the terminal.")
 include(CPack)
