@@ -151,7 +151,7 @@ std::string CpyOrHere(const std::string& directory) {
 // "../cpy" counts only when the files directory has no copy entry at all; a copy entry that is
 // no directory skips it.
 std::string CopyDirectoryWithoutBase(const std::optional<std::string>& site) {
-    const std::string copy = zorsysfiles + "/copy";
+    std::string copy = zorsysfiles + "/copy";
     const Entry entry = EntryAt(copy);
     if (entry == Entry::Directory)
         return copy;

@@ -157,6 +157,37 @@ TEST_F(Placement, DirectoryThatCannotBeMade) {
     EXPECT_EQ("ERROR mkdir File exists at dangling\n", errors.Take());
 }
 
+TEST_F(Placement, DirectoryThatAnotherProcessMakesMeanwhileIsNoError) {
+    constexpr int kProcesses = 8;
+    constexpr int kRounds = 200;
+    CaptureStderr errors;
+    int gate[2]; // closed by the parent when all children stand ready
+    ASSERT_EQ(0, pipe(gate));
+    std::vector<pid_t> children;
+    children.reserve(kProcesses);
+    for (int i = 0; i < kProcesses; ++i) {
+        children.push_back(fork());
+        if (children.back() != 0)
+            continue;
+        char none = 0;
+        close(gate[1]);
+        int failures = read(gate[0], &none, 1) == 0 ? 0 : 1;
+        for (int round = 0; round < kRounds; ++round) {
+            std::string path = std::to_string(round) + "/a/b/c/file";
+            failures += MakeDirectories(path) != 0;
+        }
+        _exit(failures == 0 ? 0 : 1);
+    }
+    close(gate[0]);
+    close(gate[1]);
+    for (const pid_t child : children) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(0, status);
+    }
+    EXPECT_EQ("", errors.Take());
+}
+
 TEST_F(Placement, DirectoryThatMayNotBeMade) {
     fs::create_directory("closed");
     chmod("closed", 0555);
