@@ -52,16 +52,21 @@ void Delete(ItemStream& stream, std::size_t a, std::size_t b) {
     SetLength(stream, length);
 }
 
-// True when the L bytes at a and at b are the same; L is at least 4. The first four are looked
-// at by themselves because they tell nearly all unequal runs apart.
+std::uint32_t FourBytes(const std::uint8_t* bytes) {
+    std::uint32_t four;
+    std::memcpy(&four, bytes, sizeof four);
+    return four;
+}
+
+// True when the L bytes at a and at b are the same; L is at least 4. The first and the last four
+// are looked at by themselves because they tell nearly all unequal runs apart.
 bool SameBytes(const ItemStream& stream, std::size_t a, std::size_t b, std::size_t L) {
     if (b + L > stream.Room.size())
         return false;
-    const std::uint8_t* bytes = stream.Room.data();
-    std::uint32_t left, right;
-    std::memcpy(&left, bytes + a, sizeof left);
-    std::memcpy(&right, bytes + b, sizeof right);
-    return left == right && std::memcmp(bytes + a, bytes + b, L) == 0;
+    const std::uint8_t* left = &stream.Room[a];
+    const std::uint8_t* right = &stream.Room[b];
+    return FourBytes(left) == FourBytes(right) &&
+           FourBytes(left + L - 4) == FourBytes(right + L - 4) && std::memcmp(left, right, L) == 0;
 }
 
 // Copies of the block of L bytes at a position, itself and the one behind it included.

@@ -389,9 +389,8 @@ std::uint8_t NumericType(const Field& field) {
 void SetNumericFlags(const Field& field, std::uint8_t type) {
     if (field.BlankIsZero == 0 && !Justifies())
         ItemByte(1) |= kMcsZeroDisplay;
-    else if (field.BlankIsZero == 0)
-        ItemByte(2) |= kMcsNumericZero;
-    else if (field.BlankWhenZero != 0 && s_mcs.CurrentForm->InputBlankWhenZero != 0)
+    else if (field.BlankIsZero == 0 ||
+             (field.BlankWhenZero != 0 && s_mcs.CurrentForm->InputBlankWhenZero != 0))
         ItemByte(2) |= kMcsNumericZero;
     const bool leadingZeros = type == kMcsLeadingZeros || type == kMcsLeadingZerosJustified;
     if (leadingZeros && (field.BlankWhenZero != 0 || field.Contents == 2))
@@ -502,7 +501,8 @@ void WalkFormChildren(List& children) {
     TrailingHeadings outer = std::exchange(s_mcs.Headings, TakeTrailingHeadings(children));
     Walk(children);
     s_mcs.Base = {};
-    PositionTo(kLastRow, kLastColumn - 1);
+    if (!IsRefused()) // a form among the children may have no width to wrap over
+        PositionTo(kLastRow, kLastColumn - 1);
     MoveAll(*s_mcs.Headings.Written, children);
     if (IsRefused())
         MoveAll(*s_mcs.Headings.Pending, children);

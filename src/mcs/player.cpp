@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 #include "mcs/big_endian.h"
 #include "mcs/stepper.h"
@@ -187,9 +188,9 @@ void PlayItem(Player& player, std::size_t at) {
 
 // Plays the items from one position up to another. Each is whole before it is looked at.
 void PlayRange(Player& player, std::size_t from, std::size_t to) {
-    for (std::size_t at = from, next = at; at < to && !player.Error; at = next) {
-        next = NextItem(player.Stream, at);
-        if (next > player.Stream.size())
+    while (from < to && !player.Error) {
+        const std::size_t at = std::exchange(from, NextItem(player.Stream, from));
+        if (from > player.Stream.size())
             return Fail(player, player.Stream.size(),
                         "the item that starts at byte " + std::to_string(kMcsHeaderSize + at) +
                             " is cut short");

@@ -721,6 +721,35 @@ TEST(Refusals, OfAFormWithoutWidth) {
     EXPECT_EQ(Build(screen).Message, "Form 'SECOND': its Width is 0\n");
 }
 
+TEST(Refusals, OfAFormWithoutWidthAmongTheChildren) {
+    Screen screen;
+    List& children = screen.Children();
+    Form& inner = Append<Form>(children, CreateForm());
+    inner.Name = "INNER";
+    inner.Width = 0;
+    AddField(children, 1, 1, 1);
+    AddHeading(children, 1, 1, "A");
+    EXPECT_EQ(Build(screen).Message, "Form 'INNER': its Width is 0\n");
+    EXPECT_EQ(ListCount(children), 3);
+}
+
+TEST(Walk, AFormAmongTheChildrenStartsTheStreamAgain) {
+    Screen screen;
+    List& children = screen.Children();
+    AddField(children, 1, 1, 3);
+    Form& inner = Append<Form>(children, CreateForm());
+    inner.Name = "INNER";
+    AddHeading(ChildrenOf(inner), 1, 10, "I");
+    AddHeading(children, 1, 20, "O");
+    // Column 4 stays. The inner form's heading at 10 is written first (6), and its own end moves
+    // to row 24; there the outer form's heading follows, out of its place, before column 79 (57).
+    EXPECT_EQ(StreamOf(screen), "C6 01 93 02 49 FF C7 00 14 00 15 14 00 FF CF 01 93 02 4F "
+                                "01 93 02 20 00 14 00");
+    EXPECT_EQ(TextOf(screen, 20), "INNER   ");
+    EXPECT_EQ(ListCount(children), 3);
+    EXPECT_EQ(ListCount(ChildrenOf(inner)), 1);
+}
+
 TEST(Refusals, OfAScreenWithoutAForm) {
     RecordList empty(ListCreate());
     EXPECT_EQ(Build(*empty).Message, "Form '': the screen does not begin with a form\n");
