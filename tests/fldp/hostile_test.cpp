@@ -1,6 +1,7 @@
 // Input that nobody meant: whatever it is, the reader returns forms or ends with one line.
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -228,18 +229,22 @@ TEST_F(Hostile, NamesAreKeptAsTheyAre) {
 }
 
 TEST_F(Hostile, HugeNumbersEverywhere) {
-    const std::string most = "2147483647";
-    const std::string least = "2147483648"; // stored as -2147483648
-    for (const std::string& number : {most, least, std::string("0")}) {
-        const std::string place = "POS_IMA ROW = " + number + " COLUMN = " + number + "\n";
-        const std::string size = "DIM HEIGHT = " + number + " WIDTH = " + number + "\n";
-        const std::string repeat = "REP_IMA DIRECTION = RIGHT SPACING = " + number;
-        const RecordList forms =
-            Forms(InForm("IMAGE\n" + place + size + repeat + " COUNT = 3\nIMAGE\n" + place + size +
-                         repeat + " COUNT = " + number + "\nFIELD\n" + place + size +
-                         "END_FIELD\nEND_IMAGE\nEND_IMAGE\n" + size + "FIELD\n" + size + place +
-                         "PRE_VAL INITIAL_VALUE = 'A B C'\nEND_FIELD"));
-        EXPECT_EQ(ListCount(*forms), 1);
+    constexpr std::string_view kForm =
+        "FORM\nDIM HEIGHT = # WIDTH = #\n"
+        "IMAGE\nPOS_IMA ROW = # COLUMN = #\nDIM HEIGHT = # WIDTH = #\n"
+        "REP_IMA DIRECTION = RIGHT SPACING = # COUNT = 3\n"
+        "IMAGE\nPOS_IMA ROW = # COLUMN = #\nDIM HEIGHT = # WIDTH = #\n"
+        "REP_IMA SPACING = # COUNT = #\n"
+        "FIELD\nPOS_IMA ROW = # COLUMN = #\nDIM HEIGHT = # WIDTH = #\nEND_FIELD\n"
+        "END_IMAGE\nEND_IMAGE\n"
+        "FIELD\nDIM WIDTH = #\nPRE_VAL INITIAL_VALUE = 'A B C'\nEND_FIELD\nEND_FORM\n";
+    // 2147483648 is stored as -2147483648, and no width shows no text.
+    for (const auto& [number, headings] : std::map<std::string_view, std::string>{
+             {"2147483647", " H 1,1 'A B C'"}, {"2147483648", ""}, {"0", ""}}) {
+        std::string source;
+        for (const char c : kForm)
+            source += c == '#' ? number : std::string_view(&c, 1);
+        EXPECT_EQ(Shape(*Forms(source)), "Form -(R -(R -(F -))" + headings + ")");
     }
 }
 
