@@ -1,6 +1,7 @@
 #include "model/list.h"
 
 #include <new>
+#include <utility>
 
 namespace grolof {
 
@@ -100,8 +101,13 @@ Record* ListPopBack(List& list) {
 }
 
 void ListClear(List& list) {
-    while (!ListIsEmpty(list))
-        ::operator delete(static_cast<void*>(ListPopFront(list)));
+    ListNode* node = list.First;
+    list.First = list.Last = nullptr;
+    list.Count = 0;
+    while (node != nullptr) {
+        ::operator delete(static_cast<void*>(node->Data));
+        delete std::exchange(node, node->Next);
+    }
 }
 
 void ListDestroy(List* list) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include <unistd.h>
 
@@ -99,8 +100,9 @@ MaybeCandidate TryElements(std::string_view list, const std::string& name) {
     const std::size_t most = kElementAndName - std::min(kElementAndName, name.size());
     while (true) {
         const std::size_t colon = list.find(':');
-        const std::string element(list.substr(0, colon).substr(0, most));
-        if (auto found = Try(element + "/" + name, name))
+        std::string path(list.substr(0, colon).substr(0, most));
+        path.append("/").append(name);
+        if (auto found = Try(std::move(path), name))
             return found;
         if (colon == std::string_view::npos)
             return std::nullopt;

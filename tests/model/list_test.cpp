@@ -402,7 +402,7 @@ TEST(ListTwin, BehavesAsAVectorWithAnIndex) {
     std::vector<Heading> elements(50);
     std::mt19937 random(20240305); // the same steps in every run
     Twin twin;
-    for (int step = 0; step < 20'000; ++step) {
+    for (int step = 0; step < 5'000; ++step) {
         twin.Step(static_cast<unsigned>(random() % 12), &elements[random() % elements.size()]);
         ASSERT_NO_FATAL_FAILURE(twin.CompareAll()) << "step " << step;
     }
