@@ -292,7 +292,8 @@ def check_data(program, book, place):
     program.say(f"MOVE {moved} TO {name}")
     program.is_text(f"{what} moved", book.data(place.data, item.size), held)
     if place.group:
-        storage = f"{book.data_storage(place.group)}({place.data - place.group_data + 1}:{item.size})"
+        inside = place.data - place.group_data
+        storage = f"{book.data_storage(place.group)}({inside + 1}:{item.size})"
         program.is_text(f"{what} stored", storage, held)
 
 

@@ -4,8 +4,9 @@ Nothing here is taken from a book. Positions are those of the sources: a field i
 stands at the image's row and column plus its own, less 1; the first repetition is listed, and the
 step to the next is the image's height (down) or its width and spacing (right). Pictures follow
 from the width on the screen: less one for the decimal point, for a currency sign and for a
-floating or trailing sign, then less one for every full group of four characters before the decimals when delimiters
-are inserted. Named constant texts take no part: their text becomes headings.
+floating or trailing sign, then less one for every full group of four characters before the
+decimals when delimiters are inserted. Named constant texts take no part: their text becomes
+headings.
 """
 
 from dataclasses import dataclass, field
