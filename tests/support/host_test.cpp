@@ -1,7 +1,7 @@
 #include "support/host.h"
 
-#include <cstdio>
 #include <ctime>
+#include <string>
 
 #include <gtest/gtest.h>
 #include <pwd.h>
@@ -12,8 +12,6 @@
 namespace grolof {
 namespace {
 
-using testing_support::CaptureStdout;
-using testing_support::RunEnded;
 using testing_support::ScopedHost;
 using testing_support::StatusOf;
 
