@@ -56,12 +56,22 @@ void PaintTexts(Canvas& canvas, const PlayedScreen& screen) {
     }
 }
 
+// Where in an item the blanks begin that are marked. In a field with a text only those that an
+// entry leaves free behind it are.
+std::int64_t FirstMarked(const PlacedItem& item) {
+    if (item.Text.empty())
+        return 0;
+    const bool isOutput = (item.B1 & kMcsProtected) != 0;
+    const std::size_t length = item.Text.find_last_not_of(' ') + 1;
+    return isOutput ? item.Width : static_cast<std::int64_t>(length);
+}
+
 void MarkItem(Canvas& canvas, const PlacedItem& item) {
     const auto row = static_cast<std::size_t>(item.Row - 1);
     if (row >= canvas.size())
         return;
     const auto width = static_cast<std::int64_t>(canvas[row].size());
-    const std::int64_t from = std::min(item.Column - 1, width);
+    const std::int64_t from = std::min(item.Column - 1 + FirstMarked(item), width);
     const std::int64_t to = std::min(item.Column - 1 + item.Width, width);
     std::replace(canvas[row].begin() + from, canvas[row].begin() + to, ' ', MarkOf(item));
 }

@@ -7,9 +7,9 @@
 
 namespace grolof {
 
-/// The screen in a frame, one line a row. Blanks of unprotected fields are shown as "_", those of
-/// protected ones as ".", system values as "#"; a byte that is no printable ASCII character as
-/// "?". A screen of more than 255 rows or columns is cut.
+/// The screen in a frame, one line a row. Unprotected fields are shown as "_" behind their initial
+/// text, protected ones without a text as ".", system values as "#"; a byte that is no printable
+/// ASCII character as "?". A screen of more than 255 rows or columns is cut.
 std::string RenderScreen(const PlayedScreen& screen);
 
 /// What stands where, one line an item: row, column, width, kind, text.

@@ -361,11 +361,16 @@ TEST(BadFile, AnyByteChanged) {
 // --- Pictures ---------------------------------------------------------------------------------
 
 TEST(Rendering, FramesTheScreenAndMarksItsFields) {
-    const PlayedScreen screen = Play("02 93 02 41 1E C1 03 02 42 42 20 43 02 82 02 00 14 00 "
-                                     "C1 03 9C 02 02 93 02 FF 7F");
+    PlayedScreen screen;
+    ASSERT_FALSE(PlayMcs(FileWith("02 93 02 41 1E C1 05 02 42 42 20 43 20 20 02 82 02 00 14 00 "
+                                  "C1 03 9C 02 02 93 02 FF 7F 04 82 42 44 20 45 20 00 14 00 "
+                                  "02 02 42 20 20",
+                                  3, 10),
+                         screen));
     EXPECT_EQ(RenderScreen(screen), "+----------+\n"
-                                    "|A> B_C..  |\n"
-                                    "| ###??    |\n"
+                                    "|A> B C__..|\n"
+                                    "| ###??D E |\n"
+                                    "|__        |\n"
                                     "+----------+\n");
 }
 
