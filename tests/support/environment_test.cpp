@@ -27,7 +27,8 @@ using testing_support::CaptureStdout;
 class Environment : public testing::Test {
 protected:
     Environment() {
-        static std::vector<std::unique_ptr<std::vector<char*>>> copies;
+        // Not destroyed at exit: the last copy is what exit handlers see.
+        static auto& copies = *new std::vector<std::unique_ptr<std::vector<char*>>>;
         copies.push_back(std::make_unique<std::vector<char*>>());
         m_before = copies.back().get();
         for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
