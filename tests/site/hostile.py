@@ -293,8 +293,8 @@ class Sandbox:
             return []
         with open(self.log, "rb") as file:
             words = iter(file.read().split(b"\0")[:-1])
-        return [(word, os.path.realpath(next(words)), [next(words) for _ in range(int(next(words)))])
-                for word in words]
+        return [(word, os.path.realpath(next(words)),
+                 [next(words) for _ in range(int(next(words)))]) for word in words]
 
     def run(self, environment, *arguments):
         """Returns status, standard output and standard error."""
@@ -322,7 +322,9 @@ class Harness:
         self.top = os.path.realpath(os.fsencode(top))
         os.chmod(self.top, 0o755)
         self.is_root = os.geteuid() == 0
-        self.identity = {"user": NOBODY, "group": NOBODY, "extra_groups": []} if self.is_root else {}
+        self.identity = {}
+        if self.is_root:
+            self.identity = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
         programs, notes = os.path.join(self.top, b"bin"), os.path.join(self.top, b"notes")
         os.makedirs(programs)
         os.makedirs(notes)
@@ -463,7 +465,8 @@ class Trial:
             path = name if b"/" in name else \
                 expected.files + b"/sfg/" + expected.lower + b"/" + name.upper() + b".t3b"
             expected.say(b"No such file: " + path + b"\n")
-        status, output, _ = sandbox.run(self.harness.environment, b"-d", b"-g", group, b"--", *names)
+        status, output, _ = sandbox.run(self.harness.environment, b"-d", b"-g", group, b"--",
+                                        *names)
         assert status == 0, status
         expected.compare(output)
         sandbox.remove()
