@@ -14,8 +14,7 @@ namespace {
 // State of the generator. All but what the next map of the book needs is made afresh for each.
 struct BmsBook {
     std::string LastOutputArea; ///< kept for the life of the process
-    std::string LastPath;       ///< the book written last, and where it ended
-    std::int64_t LastEnd = 0;
+    OutputFile::Place LastEnd;  ///< where the book written last ended
     std::string FormName;
     std::string MapName;
     std::string NamePrefix;
@@ -168,11 +167,7 @@ void PutAreaStart(OutputFile& out, const std::string& area, const std::string* r
 // A first map makes the book. A later one goes on where the map before it ended in the same book;
 // after a map that went elsewhere, or not at all, it is added to what the book holds.
 bool OpenBook(const BmsBook& book, OutputFile& out, const std::string& path, bool continuing) {
-    if (!continuing)
-        return out.Open(path);
-    if (path == book.LastPath)
-        return out.OpenAt(path, book.LastEnd);
-    return out.Open(path, OutputFile::Mode::Append);
+    return continuing ? out.OpenAt(path, book.LastEnd) : out.Open(path);
 }
 
 } // namespace
@@ -203,8 +198,7 @@ int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments,
     PutAreaStart(out, book.LastOutputArea, &input);
     PutFields(book, out, &screen, PutOutputItems);
     // Where a write failed, the book ends somewhere else.
-    book.LastPath = out.Close() ? path : "";
-    book.LastEnd = out.End();
+    book.LastEnd = out.Close() ? out.End() : OutputFile::Place{};
     return 1;
 }
 

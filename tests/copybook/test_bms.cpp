@@ -1,3 +1,5 @@
+#include <cstdio>
+
 #include "books.h"
 #include "support/installation.h"
 
@@ -78,6 +80,15 @@ TEST_F(BmsBooks, ALaterMapIsAddedToABookThatThisRunDidNotBegin) {
     WriteFile(Path(), "before\n");
     ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
     EXPECT_EQ(ReadFile(Path()).substr(0, 14), "before\n      /");
+}
+
+TEST_F(BmsBooks, ALaterMapIsAddedToABookThatTookThePlaceOfTheFirstMaps) {
+    Screen one("ONE", 0), two("TWO", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    WriteFile(Path() + "2", "another\n");
+    ASSERT_EQ(std::rename((Path() + "2").c_str(), Path().c_str()), 0);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    EXPECT_EQ(ReadFile(Path()).substr(0, 15), "another\n      /");
 }
 
 TEST_F(BmsBooks, TheLastOutputAreaIsKeptBetweenBooks) {
