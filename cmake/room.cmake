@@ -10,9 +10,11 @@ function(grolof_room name)
     endforeach()
 endfunction()
 
-# grolof_test(ROOM SOURCES ... [USES ...]): the unit tests of a room, one ctest entry a test.
+# grolof_test(ROOM SOURCES ... [USES ...] [LONG FILTER]): the unit tests of a room, one ctest entry a
+# test. Where tests/CMakeLists.txt says `instrumented` they are one entry for all; what LONG filters
+# is left out where lines are counted, because it runs the same lines thousands of times.
 function(grolof_test room)
-    cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+    cmake_parse_arguments(TEST "" "LONG" "SOURCES;USES" ${ARGN})
     add_executable(test_${room} ${TEST_SOURCES})
     target_include_directories(test_${room} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(test_${room} PRIVATE grolof_${room} GTest::gmock_main)
@@ -22,5 +24,12 @@ function(grolof_test room)
     target_compile_definitions(test_${room} PRIVATE
         EXAMPLES_DIRECTORY="${PROJECT_SOURCE_DIR}/examples"
         TEST_DATA_DIRECTORY="${PROJECT_SOURCE_DIR}/tests/${room}")
-    gtest_discover_tests(test_${room} TEST_PREFIX ${room}. DISCOVERY_TIMEOUT 60)
+    target_precompile_headers(test_${room} REUSE_FROM test_headers)
+    if(GROLOF_COVERAGE AND TEST_LONG)
+        add_test(NAME ${room} COMMAND test_${room} --gtest_filter=-${TEST_LONG})
+    elseif(instrumented)
+        add_test(NAME ${room} COMMAND test_${room})
+    else()
+        gtest_discover_tests(test_${room} TEST_PREFIX ${room}. DISCOVERY_TIMEOUT 60)
+    endif()
 endfunction()
