@@ -1,6 +1,9 @@
 #include "copybook/bms.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 
 #include "copybook/rules.h"
 #include "support/date.h"
@@ -14,7 +17,8 @@ namespace {
 // State of the generator. All but what the next map of the book needs is made afresh for each.
 struct BmsBook {
     std::string LastOutputArea; ///< kept for the life of the process
-    OutputFile::Place LastEnd;  ///< where the book written last ended
+    std::string LastPath;       ///< the book written last, and where it ended
+    std::int64_t LastEnd = 0;
     std::string FormName;
     std::string MapName;
     std::string NamePrefix;
@@ -131,11 +135,13 @@ void PutGenerated(OutputFile& out) {
     out.Put(kStarLine);
 }
 
+constexpr std::string_view kBookStart = "      /\n"
+                                        "      *\n"
+                                        "      *     THIS PROCEDURE DEFINES THE FOLLOWING FORM:\n"
+                                        "      *     ******************************************\n";
+
 void PutComments(const BmsBook& book, OutputFile& out, bool withMapComments, bool continuing) {
-    out.Put("      /\n"
-            "      *\n"
-            "      *     THIS PROCEDURE DEFINES THE FOLLOWING FORM:\n"
-            "      *     ******************************************\n");
+    out.Put(kBookStart);
     if (!withMapComments) {
         out.Put(kStarLine);
         out.Print("      *     DPS NAME : %s\n", book.FormName.c_str());
@@ -164,10 +170,27 @@ void PutAreaStart(OutputFile& out, const std::string& area, const std::string* r
     PutItem(out, 2, kFiller, "PIC X(12).");
 }
 
+// Whether a file begins as a book does, or as far as another run has come that writes it anew.
+bool BeginsAsBook(const std::string& path) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored))
+        return false; // reading a pipe would wait for a writer
+    std::ifstream file(path, std::ios::binary);
+    std::string start(kBookStart.size(), '\0');
+    file.read(start.data(), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    return file.is_open() && kBookStart.substr(0, start.size()) == start;
+}
+
 // A first map makes the book. A later one goes on where the map before it ended in the same book;
-// after a map that went elsewhere, or not at all, it is added to what the book holds.
+// what another run adds to the book meanwhile is the same text. After a map that went elsewhere, or
+// not at all, and to a file that is no such book, it is added behind what is there.
 bool OpenBook(const BmsBook& book, OutputFile& out, const std::string& path, bool continuing) {
-    return continuing ? out.OpenAt(path, book.LastEnd) : out.Open(path);
+    if (!continuing)
+        return out.Open(path);
+    if (path == book.LastPath && BeginsAsBook(path))
+        return out.OpenAt(path, book.LastEnd);
+    return out.Open(path, OutputFile::Mode::Append);
 }
 
 } // namespace
@@ -198,7 +221,8 @@ int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments,
     PutAreaStart(out, book.LastOutputArea, &input);
     PutFields(book, out, &screen, PutOutputItems);
     // Where a write failed, the book ends somewhere else.
-    book.LastEnd = out.Close() ? out.End() : OutputFile::Place{};
+    book.LastPath = out.Close() ? path : "";
+    book.LastEnd = out.End();
     return 1;
 }
 

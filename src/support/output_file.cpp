@@ -6,15 +6,31 @@
 #include <cstdio>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace grolof {
 
+namespace {
+
+int OpenFlags(OutputFile::Mode mode) {
+    const int always = O_WRONLY | O_CREAT | O_CLOEXEC;
+    switch (mode) {
+    case OutputFile::Mode::Append:
+        return always | O_APPEND;
+    case OutputFile::Mode::Truncate:
+        return always | O_TRUNC;
+    case OutputFile::Mode::Keep:
+        break;
+    }
+    return always;
+}
+
+} // namespace
+
 bool OutputFile::Reopen(const std::string& path, int flags) {
     Close();
     do
-        m_descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666);
+        m_descriptor = open(path.c_str(), flags, 0666);
     while (m_descriptor < 0 && errno == EINTR);
     if (m_descriptor < 0) {
         std::perror(path.c_str());
@@ -23,24 +39,22 @@ bool OutputFile::Reopen(const std::string& path, int flags) {
     m_path = path;
     m_failed = false;
     m_length = 0;
-    m_end = {};
-    struct stat status {};
-    if (fstat(m_descriptor, &status) == 0)
-        m_end = {status.st_dev, status.st_ino, 0};
+    m_end = 0;
     return true;
 }
 
 bool OutputFile::Open(const std::string& path, Mode mode) {
-    return Reopen(path, mode == Mode::Truncate ? O_TRUNC : 0);
+    if (!Reopen(path, OpenFlags(mode)))
+        return false;
+    if (mode == Mode::Append)
+        m_end = std::max<std::int64_t>(lseek(m_descriptor, 0, SEEK_END), 0);
+    return true;
 }
 
-bool OutputFile::OpenAt(const std::string& path, const Place& place) {
-    if (!Reopen(path, 0))
+bool OutputFile::OpenAt(const std::string& path, std::int64_t offset) {
+    if (!Reopen(path, OpenFlags(Mode::Keep)))
         return false;
-    const bool sameFile = m_end.Device == place.Device && m_end.Inode == place.Inode;
-    const off_t at =
-        sameFile ? lseek(m_descriptor, place.Offset, SEEK_SET) : lseek(m_descriptor, 0, SEEK_END);
-    m_end.Offset = std::max<std::int64_t>(at, 0); // a pipe has no place
+    m_end = std::max<std::int64_t>(lseek(m_descriptor, offset, SEEK_SET), 0);
     return true;
 }
 
@@ -51,7 +65,7 @@ void OutputFile::Truncate() {
 }
 
 void OutputFile::Put(std::string_view bytes) {
-    m_end.Offset += static_cast<std::int64_t>(bytes.size());
+    m_end += static_cast<std::int64_t>(bytes.size());
     if (bytes.size() > m_buffer.size() - m_length)
         Flush();
     if (bytes.size() > m_buffer.size()) {

@@ -8,8 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include <sys/types.h>
-
 namespace grolof {
 
 /// A file open for writing. A write that fails is remembered and reported once, on standard
@@ -17,14 +15,7 @@ namespace grolof {
 class OutputFile {
 public:
     /// What becomes of the contents of a file that exists. Keep leaves them until Truncate.
-    enum class Mode { Truncate, Keep };
-
-    /// Where a file ended when this run wrote it. No file is at the place that this starts as.
-    struct Place {
-        dev_t Device = 0;
-        ino_t Inode = 0;
-        std::int64_t Offset = 0; ///< bytes from the start of the file
-    };
+    enum class Mode { Truncate, Append, Keep };
 
     OutputFile() = default;
     OutputFile(const OutputFile&) = delete;
@@ -35,11 +26,10 @@ public:
     /// system error text for the path on standard error and returns false.
     bool Open(const std::string& path, Mode mode = Mode::Truncate);
 
-    /// Opens a file, made when missing, to go on where an earlier Close of this run left it. Where
-    /// another process is writing the same file anew at the moment, it is shorter than that for a
-    /// while, and ends up with one copy of what both write. A file that has taken the place of the
-    /// one written is appended to, as any file is from Place{}. Fails as Open does.
-    bool OpenAt(const std::string& path, const Place& place);
+    /// Opens a file to go on `offset` bytes from its start, where an earlier Close of this run left
+    /// it. Where another process is writing the same file anew at the moment, it is shorter than
+    /// that for a while, and ends up with one copy of what both write. Fails as Open does.
+    bool OpenAt(const std::string& path, std::int64_t offset);
 
     /// Takes away the contents of a file opened with Keep; nothing may have been put before.
     void Truncate();
@@ -50,8 +40,9 @@ public:
     /// Appends a formatted text, as printf.
     [[gnu::format(printf, 2, 3)]] void Print(const char* format, ...);
 
-    /// The end of what was put; valid after Close too.
-    const Place& End() const { return m_end; }
+    /// Bytes from the start of the file to the end of what was put; valid after Close too. 0 for
+    /// what has no place to go back to, such as a pipe.
+    std::int64_t End() const { return m_end; }
 
     /// Writes what is buffered and closes. Returns false when any write failed since Open.
     bool Close();
@@ -67,7 +58,7 @@ private:
     bool m_failed = false;
     std::array<char, 16 * 1024> m_buffer;
     std::size_t m_length = 0;
-    Place m_end;
+    std::int64_t m_end = 0;
 };
 
 } // namespace grolof

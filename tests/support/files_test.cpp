@@ -1,6 +1,5 @@
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -170,7 +169,7 @@ TEST(OutputFile, WritesMoreThanItsBufferInOrder) {
 }
 
 // Writes a text through a file of its own; returns where the file ended.
-OutputFile::Place WriteAnew(const std::string& path, std::string_view text) {
+std::int64_t WriteAnew(const std::string& path, std::string_view text) {
     OutputFile file;
     EXPECT_TRUE(file.Open(path));
     file.Put(text);
@@ -178,8 +177,7 @@ OutputFile::Place WriteAnew(const std::string& path, std::string_view text) {
     return file.End();
 }
 
-OutputFile::Place GoOn(const std::string& path, const OutputFile::Place& place,
-                       std::string_view text) {
+std::int64_t GoOn(const std::string& path, std::int64_t place, std::string_view text) {
     OutputFile file;
     EXPECT_TRUE(file.OpenAt(path, place));
     file.Put(text);
@@ -191,9 +189,9 @@ TEST(OutputFile, GoesOnWhereItEnded) {
     const TemporaryDirectory directory;
     const std::string path = WriteFile(directory.File("out"), "old contents");
     auto place = WriteAnew(path, "first,");
-    EXPECT_EQ(place.Offset, 6);
+    EXPECT_EQ(place, 6);
     place = GoOn(path, place, "second,");
-    EXPECT_EQ(place.Offset, 13);
+    EXPECT_EQ(place, 13);
     GoOn(path, place, "third");
     EXPECT_EQ(ReadFile(path), "first,second,third");
 }
@@ -204,7 +202,7 @@ TEST(OutputFile, GoesOnInsideAFileThatAnotherRunIsWritingToo) {
     const auto place = WriteAnew(path, "first,");
     const auto other = WriteAnew(path, "first,");
     GoOn(path, other, "second,third");
-    EXPECT_EQ(GoOn(path, place, "second,").Offset, 13);
+    EXPECT_EQ(GoOn(path, place, "second,"), 13);
     EXPECT_EQ(ReadFile(path), "first,second,third");
 }
 
@@ -214,29 +212,23 @@ TEST(OutputFile, GoesOnBehindTheEndOfAFileThatAnotherRunHasJustBegunAnew) {
     const auto place = WriteAnew(path, "first,");
     OutputFile other;
     ASSERT_TRUE(other.Open(path));
-    EXPECT_EQ(GoOn(path, place, "second").Offset, 12);
+    EXPECT_EQ(GoOn(path, place, "second"), 12);
     other.Put("first,");
     EXPECT_TRUE(other.Close());
     EXPECT_EQ(ReadFile(path), "first,second");
 }
 
-TEST(OutputFile, AppendsToAFileThatHasBeenReplaced) {
+TEST(OutputFile, AppendsToAnyFile) {
     const TemporaryDirectory directory;
-    const std::string path = directory.File("out");
-    const auto place = WriteAnew(path, "first,");
-    WriteFile(directory.File("other"), "another file, a longer one;");
-    ASSERT_EQ(std::rename(directory.File("other").c_str(), path.c_str()), 0);
-    GoOn(path, place, "second");
-    EXPECT_EQ(ReadFile(path), "another file, a longer one;second");
-}
-
-TEST(OutputFile, AppendsToAnyFileFromNoPlace) {
-    const TemporaryDirectory directory;
-    const std::string path = WriteFile(directory.File("out"), "old,");
-    EXPECT_EQ(GoOn(path, {}, "new").Offset, 7);
-    EXPECT_EQ(ReadFile(path), "old,new");
-    EXPECT_EQ(GoOn(directory.File("made"), {}, "new").Offset, 3);
-    EXPECT_EQ(ReadFile(directory.File("made")), "new");
+    for (const char* text : {"", "old,"}) {
+        const std::string path = WriteFile(directory.File("out"), text);
+        OutputFile file;
+        EXPECT_TRUE(file.Open(path, OutputFile::Mode::Append));
+        file.Put("new");
+        EXPECT_TRUE(file.Close());
+        EXPECT_EQ(ReadFile(path), text + std::string("new"));
+        EXPECT_EQ(file.End(), static_cast<std::int64_t>(ReadFile(path).size()));
+    }
 }
 
 TEST(OutputFile, KeepsTheContentsUntilItIsToldOtherwise) {
@@ -261,10 +253,13 @@ TEST(OutputFile, KeepsTheContentsUntilItIsToldOtherwise) {
 TEST(OutputFile, MakesAFileWithoutExecuteBitsAlsoToContinueIt) {
     const TemporaryDirectory directory;
     const mode_t mask = umask(027);
-    WriteAnew(directory.File("new"), "");
-    GoOn(directory.File("continued"), {}, "");
-    EXPECT_EQ(FileMode(directory.File("new")), 0640U);
-    EXPECT_EQ(FileMode(directory.File("continued")), 0640U);
+    for (const auto mode : {OutputFile::Mode::Truncate, OutputFile::Mode::Append}) {
+        const std::string path =
+            directory.File(mode == OutputFile::Mode::Append ? "continued" : "new");
+        OutputFile file;
+        EXPECT_TRUE(file.Open(path, mode));
+        EXPECT_EQ(FileMode(path), 0640U);
+    }
     umask(mask);
 }
 
