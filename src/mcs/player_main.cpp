@@ -70,5 +70,9 @@ int main(int argc, char** argv) {
     bool played = true;
     for (int i = first; i < argc; ++i)
         played = Play(argv[i], asList) && played;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        std::perror("t3zplay: standard output");
+        return 1;
+    }
     return played ? 0 : 1;
 }

@@ -80,11 +80,13 @@ class Case:
             for tool in source.iterdir() if source.is_dir() else ():
                 shutil.copy(tool, programs / tool.name)
                 (programs / tool.name).chmod(0o755)
-        # An ordinary user may not reach the build directory, so gets a copy.
-        if self.drops:
-            shutil.copy(self.program, programs / "grolof")
-        else:
-            (programs / "grolof").symlink_to(self.program)
+        # An ordinary user may not reach the build directory, so gets copies.
+        for name in ("grolof", "t3zplay"):
+            program = self.program.with_name(name)
+            if self.drops:
+                shutil.copy(program, programs / name)
+            else:
+                (programs / name).symlink_to(program)
         (programs / "bmsgrolof").symlink_to("grolof")
         self.even_out_modes()
 
@@ -104,6 +106,7 @@ class Case:
             "PATH": f"{self.top}/bin:/usr/bin:/bin",
             "GROLOF": "grolof",
             "BMSGROLOF": "bmsgrolof",
+            "T3ZPLAY": "t3zplay",
             "SANDBOX": str(self.sandbox),
             "HOME": str(self.top),
             "ZORROOT": "root",
