@@ -1,8 +1,7 @@
 // Reads any bytes as a map source and, when they are accepted, writes everything that the
 // converter makes of them, in its order: COPY book, screen definition file, format.
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "bms/parser.h"
@@ -11,16 +10,9 @@
 #include "memory_file.h"
 #include "model/records.h"
 #include "screendef/writer.h"
-#include "support/host.h"
+#include "target.h"
 
 namespace {
-
-struct RunEnded {};
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // What every map is: a form, then fields with names and constants as wide as their texts.
 void Check(const grolof::List& map) {
@@ -53,8 +45,7 @@ void Write(std::vector<grolof::RecordList>& maps) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    grolof::CurrentHost().EndRun = [](int) { throw RunEnded{}; };
-    return std::freopen("/dev/null", "w", stdout) == nullptr; // syntax errors go there
+    return SetUpTarget();
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

@@ -1,9 +1,8 @@
 // Reads any bytes as a form source and, when they are accepted, writes everything that the
 // converter makes of them, in its order: COPY book, screen definition file, format,
 // initialisation procedure.
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 #include "copybook/dps.h"
 #include "fldp/parser.h"
@@ -12,7 +11,7 @@
 #include "model/positions.h"
 #include "model/records.h"
 #include "screendef/writer.h"
-#include "support/host.h"
+#include "target.h"
 
 namespace {
 
@@ -20,13 +19,6 @@ using grolof::RecordType;
 
 // Enough for any screen; more would only play repetitions out over and over.
 constexpr std::int64_t kMostPlayed = 20'000;
-
-struct RunEnded {};
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // A heading of a form is as wide as its text, which stands within one line of 80 columns.
 void CheckHeading(const grolof::Heading& heading) {
@@ -68,8 +60,7 @@ void Write(grolof::List& forms) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    grolof::CurrentHost().EndRun = [](int) { throw RunEnded{}; };
-    return std::freopen("/dev/null", "w", stdout) == nullptr; // syntax errors go there
+    return SetUpTarget();
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

@@ -3,7 +3,6 @@
 // of the last are built and played.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include "mcs/rendering.h"
 #include "memory_file.h"
 #include "screendef/reader.h"
+#include "target.h"
 
 namespace {
 
@@ -24,8 +24,8 @@ using Bytes = std::vector<std::uint8_t>;
 // Plays and paints; an error must lie in the file.
 void Play(std::span<const std::uint8_t> file) {
     grolof::PlayedScreen screen;
-    if (const auto error = grolof::PlayMcs(file, screen); error && error->Offset > file.size())
-        std::abort();
+    const auto error = grolof::PlayMcs(file, screen);
+    Require(!error || error->Offset <= file.size());
     grolof::RenderScreen(screen);
 }
 
@@ -50,9 +50,9 @@ void Compact(std::span<const std::uint8_t> stream) {
     grolof::testing_support::PlainFoldRows(plain);
     grolof::testing_support::PlainFoldRuns(plain);
     const std::size_t length = grolof::CompactMcs(buffer);
-    if (length != plain.Length ||
-        !std::equal(plain.Area.begin(), plain.Area.end(), buffer.begin() + grolof::kMcsHeaderSize))
-        std::abort();
+    Require(length == plain.Length);
+    Require(
+        std::equal(plain.Area.begin(), plain.Area.end(), buffer.begin() + grolof::kMcsHeaderSize));
     Play(std::span(buffer).first(grolof::kMcsHeaderSize + length));
 }
 

@@ -30,6 +30,15 @@ public:
             std::abort();
     }
 
+    /// The whole contents.
+    std::string Contents() const {
+        const auto size = lseek(m_descriptor, 0, SEEK_END);
+        std::string contents(size < 0 ? 0 : static_cast<std::size_t>(size), '\0');
+        if (pread(m_descriptor, contents.data(), contents.size(), 0) != size)
+            std::abort();
+        return contents;
+    }
+
 private:
     int m_descriptor;
     std::string m_path;

@@ -17,9 +17,6 @@ namespace grolof {
 
 namespace {
 
-// Characters of a line that are read at once; the rest of a longer line is the next line.
-constexpr std::size_t kLongestLine = 2559;
-
 // State of one load. The current line is the one read last, without its surroundings of blanks
 // and its line end.
 struct DefinitionReader {
@@ -41,7 +38,7 @@ std::string_view Stripped(std::string_view line) {
 }
 
 bool NextLine(DefinitionReader& reader) {
-    if (!reader.Ended && !reader.File.ReadLine(reader.Buffer, kLongestLine))
+    if (!reader.Ended && !reader.File.ReadLine(reader.Buffer, kLongestDefinitionLine))
         reader.Ended = true;
     reader.Line = reader.Ended ? std::string_view() : Stripped(reader.Buffer);
     return !reader.Ended;

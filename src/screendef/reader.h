@@ -2,11 +2,15 @@
 // or attribute a line, as the writer puts them, and passes over everything else in silence.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "model/records.h"
 
 namespace grolof {
+
+/// Characters of a line that are read at once; the rest of a longer line is the next line.
+inline constexpr std::size_t kLongestDefinitionLine = 2559;
 
 /// Loads a screen definition file into a list of forms, never none. A file that cannot be opened
 /// gives the system error text for the path on standard error and an empty list. So does, with a
