@@ -2,41 +2,23 @@
 // of source; and of the keyword look-up, in bytes of words.
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include "fldp/keywords.h"
 #include "fldp/lexer.h"
 #include "fldp/parser.h"
 #include "model/conversion_flags.h"
 #include "screendef/writer.h"
+#include "temporary_file.h"
 
 namespace grolof {
 namespace {
-
-// A path of this process's own, removed at the end.
-class TemporaryFile {
-public:
-    TemporaryFile()
-        : m_path(
-              (std::filesystem::temp_directory_path() / ("bench-fldp-" + std::to_string(getpid())))
-                  .string()) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() { unlink(m_path.c_str()); }
-
-    const std::string& Path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
 
 struct Sources {
     std::vector<std::string> Paths;
@@ -59,7 +41,7 @@ Sources Examples() {
 
 // One file of many forms of fifty fields each.
 Sources ManyForms(const TemporaryFile& file, int forms) {
-    std::ofstream out(file.Path(), std::ios::binary);
+    std::ostringstream out;
     for (int form = 0; form < forms; ++form) {
         out << "FORM\nNAME = 'F" << form << "'\n";
         for (int field = 1; field <= 50; ++field)
@@ -68,8 +50,7 @@ Sources ManyForms(const TemporaryFile& file, int forms) {
                 << "GENERAL_EDIT CASE = UPPER &\n  DISPLAY = (BLANK_WHEN_ZERO)\nEND_FIELD\n";
         out << "END_FORM\n";
     }
-    if (!out.flush())
-        std::abort();
+    file.Fill(out.str());
     Sources sources;
     sources.Add(file.Path());
     return sources;
