@@ -1,6 +1,6 @@
-# What an installation has besides the program itself (its own install rule stands with its target):
-# manual pages, shell completion, papers; and the Debian package (cpack -G DEB in the build
-# directory).
+# What an installation has besides the programs themselves (their install rules stand with their
+# targets): manual pages, documents, shell completion, papers; and the Debian package (cpack -G DEB
+# in the build directory).
 
 set(GROLOF_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/grolof)
 find_program(GROLOF_GZIP gzip)
@@ -21,14 +21,6 @@ macro(grolof_packed source name)
     endif()
 endmacro()
 
-# grolof_link(TARGET LINK): installs a symbolic link, relative, as DESTDIR wants it.
-function(grolof_link target link)
-    install(CODE "
-        set(link \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${link}\")
-        message(STATUS \"Installing: \${link}\")
-        file(CREATE_LINK ${target} \"\${link}\" SYMBOLIC)")
-endfunction()
-
 set(packed_suffix "")
 if(GROLOF_GZIP)
     set(packed_suffix .gz)
@@ -43,14 +35,15 @@ grolof_link(grolof.1${packed_suffix} ${CMAKE_INSTALL_MANDIR}/man1/bmsgrolof.1${p
 
 grolof_packed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
 install(FILES ${GROLOF_PACKED} DESTINATION ${GROLOF_DOC_DIR})
-install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${GROLOF_DOC_DIR})
+install(FILES ${PROJECT_SOURCE_DIR}/README.md
+              ${PROJECT_SOURCE_DIR}/docs/bms-errors.md
+              ${PROJECT_SOURCE_DIR}/docs/cobol.md
+        DESTINATION ${GROLOF_DOC_DIR})
 
 set(completions ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/grolof.bash-completion
         DESTINATION ${completions} RENAME grolof)
 grolof_link(grolof ${completions}/bmsgrolof)
-
-install(TARGETS t3zplay RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # Papers that Debian wants in a package; they go along wherever the prefix is /usr.
 grolof_packed(${PROJECT_SOURCE_DIR}/cmake/debian/changelog changelog.Debian)

@@ -1,6 +1,6 @@
-# grolof_room(NAME SOURCES ... [USES ...]): one folder under src/ as a library. USES names the
-# rooms it may include; nothing else is on its include path by accident, because a room that is
-# not linked here fails to link.
+# grolof_room(NAME SOURCES ... [USES ...]): one folder under src/ as a library. USES names the rooms
+# whose headers it includes, and links them. The include path is all of src/: that a room is missing
+# in USES shows only in a link that lacks its functions, not where nothing but its headers is used.
 function(grolof_room name)
     cmake_parse_arguments(ROOM "" "" "SOURCES;USES" ${ARGN})
     add_library(grolof_${name} STATIC ${ROOM_SOURCES})
@@ -32,4 +32,12 @@ function(grolof_test room)
     else()
         gtest_discover_tests(test_${room} TEST_PREFIX ${room}. DISCOVERY_TIMEOUT 60)
     endif()
+endfunction()
+
+# grolof_link(TARGET LINK): installs a symbolic link, relative, as DESTDIR wants it.
+function(grolof_link target link)
+    install(CODE "
+        set(link \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${link}\")
+        message(STATUS \"Installing: \${link}\")
+        file(CREATE_LINK ${target} \"\${link}\" SYMBOLIC)")
 endfunction()
