@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "bms/characters.h"
 #include "bms/tokens.h"
 #include "support/text.h"
 
@@ -83,7 +82,7 @@ void Join(std::string& statement, std::string_view line) {
 // The next physical line without its end and number. At the end of the file the file is closed.
 bool ReadLine() {
     BmsReader& bms = s_bms;
-    if (!bms.File || !bms.File->ReadLine(bms.Line, kBmsLongestLine) || bms.File->AtEnd()) {
+    if (!bms.File || !bms.File->ReadEndedLine(bms.Line, kBmsLongestLine)) {
         bms.EndOfFile = true;
         bms.File.reset();
         return false;

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <string_view>
 
-#include "bms/characters.h"
 #include "bms/keywords.h"
 #include "support/host.h"
 #include "support/text.h"

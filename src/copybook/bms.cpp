@@ -27,7 +27,7 @@ struct BmsBook {
 BmsBook s_bmsBook;
 
 void Reset(BmsBook& book, const Form& form) {
-    book.FormName = form.Name.value_or("");
+    book.FormName = TextOf(form.Name);
     book.MapName = ScreenNameOf(form);
     book.NamePrefix = form.GeneratePrefix != 0 ? NumberPrefix(form) : "";
 }
@@ -54,10 +54,6 @@ std::string DataName(const BmsBook& book, const Field& field) {
 
 std::string PictureWith(const Text& given, const Field& field) {
     return given ? "PIC " + *given : PictureOf(field);
-}
-
-bool BeginsWithDigit(std::string_view text) {
-    return !text.empty() && text.front() >= '0' && text.front() <= '9';
 }
 
 // Unlike a DPS item, a short value stays on the item's line, one that a numeric item cannot hold
@@ -135,13 +131,13 @@ void PutGenerated(OutputFile& out) {
     out.Put(kStarLine);
 }
 
-constexpr std::string_view kBookStart = "      /\n"
-                                        "      *\n"
-                                        "      *     THIS PROCEDURE DEFINES THE FOLLOWING FORM:\n"
-                                        "      *     ******************************************\n";
+constexpr std::string_view kMapStart = "      /\n"
+                                       "      *\n"
+                                       "      *     THIS PROCEDURE DEFINES THE FOLLOWING FORM:\n"
+                                       "      *     ******************************************\n";
 
 void PutComments(const BmsBook& book, OutputFile& out, bool withMapComments, bool continuing) {
-    out.Put(kBookStart);
+    out.Put(kMapStart);
     if (!withMapComments) {
         out.Put(kStarLine);
         out.Print("      *     DPS NAME : %s\n", book.FormName.c_str());
@@ -170,25 +166,35 @@ void PutAreaStart(OutputFile& out, const std::string& area, const std::string* r
     PutItem(out, 2, kFiller, "PIC X(12).");
 }
 
-// Whether a file begins as a book does, or as far as another run has come that writes it anew.
-bool BeginsAsBook(const std::string& path) {
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored))
-        return false; // reading a pipe would wait for a writer
-    std::ifstream file(path, std::ios::binary);
-    std::string start(kBookStart.size(), '\0');
+// What a file holds from an offset on, as far as the start of a map's part would reach.
+std::string StartAt(std::ifstream& file, std::int64_t offset) {
+    std::string start(kMapStart.size(), '\0');
+    file.clear();
+    file.seekg(offset);
     file.read(start.data(), static_cast<std::streamsize>(start.size()));
     start.resize(static_cast<std::size_t>(file.gcount()));
-    return file.is_open() && kBookStart.substr(0, start.size()) == start;
+    return start;
 }
 
-// A first map makes the book. A later one goes on where the map before it ended in the same book;
-// what another run adds to the book meanwhile is the same text. After a map that went elsewhere, or
-// not at all, and to a file that is no such book, it is added behind what is there.
+// True when another run over the same map set is writing the book as well. It has either begun the
+// book anew, which is never empty, and may not have come as far as this run, or has added a map
+// where this run's belongs, or, having been further when the book was begun anew, behind a hole.
+bool IsWrittenByAnother(const BmsBook& book, const std::string& path) {
+    std::error_code ignored;
+    if (path != book.LastPath || !std::filesystem::is_regular_file(path, ignored))
+        return false;
+    std::ifstream file(path, std::ios::binary);
+    const std::string first = StartAt(file, 0), next = StartAt(file, book.LastEnd);
+    return !first.empty() && kMapStart.starts_with(first) &&
+           (kMapStart.starts_with(next) || next.starts_with('\0'));
+}
+
+// A first map makes the book, a later one is added to it. Where another run adds the same map, it
+// is written over that one.
 bool OpenBook(const BmsBook& book, OutputFile& out, const std::string& path, bool continuing) {
     if (!continuing)
-        return out.Open(path);
-    if (path == book.LastPath && BeginsAsBook(path))
+        return out.Open(path, OutputFile::Mode::Keep);
+    if (IsWrittenByAnother(book, path))
         return out.OpenAt(path, book.LastEnd);
     return out.Open(path, OutputFile::Mode::Append);
 }
@@ -220,6 +226,8 @@ int BmsCopyBookWrite(List& screen, const std::string& path, int withMapComments,
     book.LastOutputArea = book.MapName + "O";
     PutAreaStart(out, book.LastOutputArea, &input);
     PutFields(book, out, &screen, PutOutputItems);
+    if (continuing == 0)
+        out.Cut();
     // Where a write failed, the book ends somewhere else.
     book.LastPath = out.Close() ? path : "";
     book.LastEnd = out.End();

@@ -75,9 +75,6 @@ std::string PrefixedName(const DpsBook& book, std::string_view name);
 FcaEntry FieldEntry(const DpsBook& book, const Field& field, Offset base);
 FcaEntry ImageEntry(const DpsBook& book, const Image& image, Offset base);
 
-/// Number of control entries in a list, repetitions played.
-std::int64_t FcaEntryCount(const List* list);
-
 /// Clauses of a halfword and of a single character, with the line end.
 void PutWordClause(OutputFile& out, std::int64_t value, ItemMode mode);
 void PutLetterClause(OutputFile& out, char letter, ItemMode mode);

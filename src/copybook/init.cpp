@@ -6,6 +6,7 @@
 
 #include "copybook/dps.h"
 #include "copybook/dps_book.h"
+#include "copybook/entry_walk.h"
 
 namespace grolof {
 
@@ -87,43 +88,17 @@ void MoveEntry(DpsBook& book, const FcaEntry& entry) {
     }
 }
 
-void MoveImage(DpsBook& book, const Image& image, Offset base);
-
 // Entries inside repeat images get no statements but count.
-void MoveFca(DpsBook& book, const List* list, Offset base) {
-    if (list == nullptr)
-        return;
-    for (Record& record : *list) {
-        switch (record.Type) {
-        case RecordType::Form:
-            book.FormWidth = AsForm(record).Width;
-            MoveFca(book, record.Children.get(), base);
-            break;
-        case RecordType::Field:
-            if (!AsField(record).Name)
-                break;
-            ++book.FcaIndex;
-            MoveEntry(book, FieldEntry(book, AsField(record), base));
-            break;
-        case RecordType::Image:
-            MoveImage(book, AsImage(record), base);
-            break;
-        case RecordType::RepeatImage:
-            if (IsPlayed(AsImage(record)))
-                book.FcaIndex += AsImage(record).Count * FcaEntryCount(record.Children.get());
-            break;
-        case RecordType::Heading:
-            break;
-        }
-    }
-}
-
-void MoveImage(DpsBook& book, const Image& image, Offset base) {
-    if (image.Name) {
-        ++book.FcaIndex;
-        MoveEntry(book, ImageEntry(book, image, base));
-    }
-    MoveFca(book, image.Children.get(), ImageOffset(image, base));
+void MoveFca(DpsBook& book, const List& screen) {
+    ForEachEntry(screen, [&](Record& record, const EntryPlace& at) {
+        if (at.Repeated || record.Type == RecordType::Form)
+            return;
+        book.FormWidth = at.In->Width;
+        book.FcaIndex = at.Index;
+        MoveEntry(book, record.Type == RecordType::Field
+                            ? FieldEntry(book, AsField(record), at.Base)
+                            : ImageEntry(book, AsImage(record), at.Base));
+    });
 }
 
 void MoveField(DpsBook& book, const Field& field) {
@@ -139,24 +114,11 @@ void MoveField(DpsBook& book, const Field& field) {
     book.Out.Put(".\n");
 }
 
-void MoveData(DpsBook& book, const List* list) {
-    if (list == nullptr)
-        return;
-    for (Record& record : *list) {
-        switch (record.Type) {
-        case RecordType::Form:
-        case RecordType::Image:
-            MoveData(book, record.Children.get());
-            break;
-        case RecordType::Field:
-            if (AsField(record).Name && *AsField(record).Name != kFiller)
-                MoveField(book, AsField(record));
-            break;
-        case RecordType::RepeatImage:
-        case RecordType::Heading:
-            break;
-        }
-    }
+void MoveData(DpsBook& book, const List& screen) {
+    ForEachEntry(screen, [&](Record& record, const EntryPlace& at) {
+        if (record.Type == RecordType::Field && !at.Repeated && *AsField(record).Name != kFiller)
+            MoveField(book, AsField(record));
+    });
 }
 
 } // namespace
@@ -169,8 +131,8 @@ bool DpsInitCopyBookWrite(List& screen, const std::string& path) {
     MoveHeader(book);
     MoveDefaults(book);
     book.Out.Put(kStarLine);
-    MoveFca(book, &screen, {});
-    MoveData(book, &screen);
+    MoveFca(book, screen);
+    MoveData(book, screen);
     book.Out.Close();
     return true;
 }

@@ -39,12 +39,6 @@ char ColourLetter(std::int32_t colour, char none) {
     return colour != 0 ? static_cast<char>(colour) : none;
 }
 
-// The place of an image on the screen: its own column wraps, the offset of its parent does not.
-Position ImagePosition(const Image& image, Offset base, std::int32_t formWidth) {
-    const std::int64_t k = std::int64_t{image.Column} - 1;
-    return {image.Row + base.Row + k / formWidth, base.Column + 1 + k % formWidth};
-}
-
 constexpr std::string_view kWordPicture = "PIC 9(4)  COMP";
 constexpr std::string_view kLetterPicture = "PIC X(1)";
 
@@ -153,7 +147,7 @@ FcaEntry FieldEntry(const DpsBook& book, const Field& field, Offset base) {
 }
 
 FcaEntry ImageEntry(const DpsBook& book, const Image& image, Offset base) {
-    const Position at = ImagePosition(image, base, book.FormWidth);
+    const Position at = OwnColumnWrapped(base, image.Row, image.Column, book.FormWidth);
     const bool linked = image.Linked != 0;
     return {linked ? kFiller : TextOf(image.Name),
             {linked ? std::int64_t{image.Spacing} - 1 : 0, linked ? kLinkedImage : kImage, at.Row,

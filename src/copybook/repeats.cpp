@@ -14,10 +14,6 @@ namespace grolof {
 
 namespace {
 
-bool HasItems(const Image& image) {
-    return image.Children && !ListIsEmpty(*image.Children);
-}
-
 // "S7-REPEAT-2-DATA-ST" without its ending: data groups bear the number prefix whether or not
 // the form's names have one.
 std::string DataGroup(const DpsBook& book, std::string_view kind) {

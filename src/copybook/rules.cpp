@@ -55,7 +55,7 @@ std::string NumberPrefix(const Form& form) {
 
 std::string ScreenNameOf(const Form& form) {
     if (form.NumericName == 0)
-        return form.Name.value_or("");
+        return TextOf(form.Name);
     std::array<char, 24> name;
     std::snprintf(name.data(), name.size(), "DPS%5.5d", form.Number);
     return name.data();

@@ -42,13 +42,8 @@ constexpr std::int64_t DataNameColumn(int level) {
 /// "S<number>-", the prefix that makes data names of different screens differ.
 std::string NumberPrefix(const Form& form);
 
-/// Name under which the screen is stored: "DPS" and five digits for a numeric name, else `Name`.
+/// StoredName as COPY books write it: five digits also behind the sign of a negative number.
 std::string ScreenNameOf(const Form& form);
-
-/// A name, or the empty text for none.
-inline std::string_view TextOf(const Text& text) {
-    return text ? std::string_view(*text) : std::string_view();
-}
 
 /// True for a field that is neither alphanumeric nor alphabetic.
 inline bool IsNumeric(const Field& field) {

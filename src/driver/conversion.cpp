@@ -39,7 +39,7 @@ std::string DefinitionPath(Settings& settings, const std::string& operand) {
         return operand;
     }
     std::string name = operand;
-    if (!operand.empty() && operand[0] >= '0' && operand[0] <= '9')
+    if (BeginsWithDigit(operand))
         name = NumberedName(NumberOf(operand));
     else
         TextToUpper(name);
@@ -190,7 +190,7 @@ CopyBookPlace PlaceCopyBook(Settings& settings, Form& form) {
 void ConvertScreen(Run& run, RecordList screen, bool continuing) {
     Settings& settings = run.settings;
     Form& form = NamedForm(screen);
-    if (form.Group == nullptr || !BeginsAboveBlank(form.Group))
+    if (!HasGroup(form))
         form.Group = InternText(settings.UpperGroup);
 
     CopyBookPlace copyBook = PlaceCopyBook(settings, form);

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "driver/standard_streams.h"
+#include "model/records.h"
 #include "support/environment.h"
 #include "support/installation.h"
 #include "support/program_search.h"
@@ -43,11 +44,6 @@ bool IsWritable(const std::string& path) {
 std::optional<std::string> Environment(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
-}
-
-const std::string& NameOf(const Form& form) {
-    static const std::string none;
-    return form.Name ? *form.Name : none;
 }
 
 OutputPath Bounded(std::string text) {
@@ -171,7 +167,7 @@ CopyBookPlace InDirectory(const std::string& directory, const std::string& book,
 } // namespace
 
 std::string CopyBookName(const Form& form) {
-    return "SCREEN-" + NameOf(form) + "-" + std::to_string(form.Number);
+    return "SCREEN-" + TextOf(form.Name) + "-" + std::to_string(form.Number);
 }
 
 CopyBookPlace PlaceDpsCopyBook(const Settings& settings, const Form& form) {
@@ -188,7 +184,7 @@ CopyBookPlace PlaceDpsCopyBook(const Settings& settings, const Form& form) {
 }
 
 void FormBmsCopyBookPath(CopyBookPlace& place, const Form& form) {
-    const std::string book = "/" + (form.CopyName ? *form.CopyName : NameOf(form));
+    const std::string book = "/" + (form.CopyName ? *form.CopyName : TextOf(form.Name));
     std::string& path = place.Path.Text;
     switch (place.BaseKind) {
     case CopyBookPlace::Base::Directory:
@@ -224,7 +220,8 @@ std::string DirectoryOf(const std::string& path) {
 
 void CheckOut(const std::string& path, const Form& form, int (*runShell)(const char*)) {
     const std::string change = "cd " + BareSlot(DirectoryOf(path)) + "; ";
-    const std::string book = "SCREEN-" + BareSlot(NameOf(form)) + "-" + std::to_string(form.Number);
+    const std::string book =
+        "SCREEN-" + BareSlot(TextOf(form.Name)) + "-" + std::to_string(form.Number);
     RunCommand(change + "claimsrc " + book, runShell);
     RunCommand(change + "chmod a+rw " + book, runShell);
 }
@@ -255,20 +252,13 @@ void PrepareCopyBook(CopyBookPlace& place, const Settings& settings, const Form&
 
 // --- screen definition file and MCS format -----------------------------------------------------
 
-std::string NumberedName(std::int32_t number) {
-    char text[32];
-    std::snprintf(text, sizeof text, "DPS%05d", number);
-    return text;
-}
-
 OutputPath PrepareScreenFile(const Settings& settings, const Form& form) {
     const std::string directory = zorsysfiles + "/sfg/" + settings.LowerGroup + "/";
-    const bool byName = form.NumericName == 0 || settings.BmsMode;
     OutputPath path =
-        Bounded(directory + (byName ? NameOf(form) : NumberedName(form.Number)) + ".t3b");
+        Bounded(directory + (settings.BmsMode ? TextOf(form.Name) : StoredName(form)) + ".t3b");
     MakeDirectoriesOf(path);
     for (const char* suffix : {".xml", ".sfg"}) {
-        const std::string stale = directory + NameOf(form) + suffix;
+        const std::string stale = directory + TextOf(form.Name) + suffix;
         if (FitsText(stale))
             unlink(stale.c_str());
     }
@@ -276,9 +266,8 @@ OutputPath PrepareScreenFile(const Settings& settings, const Form& form) {
 }
 
 OutputPath PrepareMcsFormat(const Settings& settings, const Form& form) {
-    const bool byName = form.NumericName == 0;
-    OutputPath path = Bounded(zorsysfiles + "/mcs/" + settings.UpperGroup + "/" +
-                              (byName ? NameOf(form) : NumberedName(form.Number)) + ".t3z");
+    OutputPath path =
+        Bounded(zorsysfiles + "/mcs/" + settings.UpperGroup + "/" + StoredName(form) + ".t3z");
     MakeDirectoriesOf(path);
     return path;
 }

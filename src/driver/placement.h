@@ -33,9 +33,6 @@ bool DirectoryIsWritable(const std::string& path);
 /// component is not a directory, or the error number of the directory that could not be made.
 int MakeDirectories(std::string& path);
 
-/// "DPS<number>", five digits or more: the name of a screen that is stored under its number.
-std::string NumberedName(std::int32_t number);
-
 /// A path that an output goes to.
 struct OutputPath {
     std::string Text;

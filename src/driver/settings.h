@@ -6,6 +6,7 @@
 #include <string>
 
 #include "model/conversion_flags.h"
+#include "model/records.h"
 
 namespace grolof {
 
@@ -22,7 +23,7 @@ struct Settings {
     std::size_t OptionLetterCount = 0;
     unsigned ConversionFlags = kDefaultConversionFlags;
     std::string CopyDirectory; ///< where -w wants the COPY books, empty without -w
-    std::string UpperGroup = "ZOR$Y$";
+    std::string UpperGroup = kDefaultGroup;
     std::string LowerGroup = "zor$y$";
     Settings() { OptionLetters.fill(' '); }
 };

@@ -28,17 +28,8 @@ struct FldpReader {
 
 FldpReader s_fldp;
 
-bool IsSpace(char c) {
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-bool IsDigit(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
-bool IsWordStart(char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0;
-}
 bool IsWordPart(char c) {
-    return IsWordStart(c) || c == '_';
+    return IsAlphanumeric(c) || c == '_';
 }
 
 bool AtLineEnd() {
@@ -76,7 +67,7 @@ void FinishLine(std::string& line) {
 // Reads the next line; false at end of input, and the position is then left as it was. A last
 // line without a line end is dropped, on purpose, unless it fills the read exactly.
 bool ReadLine() {
-    if (!s_fldp.Input.ReadLine(s_fldp.Line, kFldpLongestLine) || s_fldp.Input.AtEnd()) {
+    if (!s_fldp.Input.ReadEndedLine(s_fldp.Line, kFldpLongestLine)) {
         FldpEndInput();
         return false;
     }
@@ -155,7 +146,7 @@ void TakeToken() {
     const char c = s_fldp.Line[s_fldp.Position];
     if (IsDigit(c))
         TakeNumber();
-    else if (IsWordStart(c))
+    else if (IsAlphanumeric(c))
         TakeWord();
     else if (c == '"' || c == '\'')
         TakeLiteral();

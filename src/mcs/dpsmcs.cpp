@@ -172,7 +172,7 @@ std::uint8_t DisplayCode(std::int32_t intensity, std::int32_t highlight) {
 void WriteHeading(const Heading& heading) {
     AdvanceToRow(heading.Row);
     AdvanceToColumn(heading.Column);
-    const std::string_view text = heading.InitialValue ? *heading.InitialValue : std::string_view();
+    const std::string_view text = TextOf(heading.InitialValue);
     const std::int64_t width = std::max<std::int64_t>(heading.Width, 0);
     ItemByte(0) = LowByte(heading.Width);
     ItemByte(1) = kMcsHeadingB1;
@@ -231,16 +231,6 @@ void PutName(std::size_t offset, std::string_view name) {
                 std::uint8_t{' '});
 }
 
-std::string NumberedName(std::int32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "DPS%05d", number);
-    return text.data();
-}
-
-std::string StoredName(const Form& form) {
-    return form.NumericName != 0 ? NumberedName(form.Number) : form.Name.value_or("");
-}
-
 std::uint8_t FormFlags(const Form& form) {
     unsigned flags = 0;
     if (form.IgnoreJustification == 0)
@@ -257,8 +247,7 @@ void FillHeader(const Form& form) {
     s_chMcsBuffer[kMcsRows] = LowByte(form.Height);
     s_chMcsBuffer[kMcsColumns] = LowByte(form.Width);
     Put16(&s_chMcsBuffer[kMcsFieldCount], 0);
-    const bool grouped = form.Group != nullptr && BeginsAboveBlank(form.Group);
-    PutName(kMcsGroup, grouped ? form.Group : "ZOR$Y$");
+    PutName(kMcsGroup, HasGroup(form) ? form.Group : kDefaultGroup);
     PutName(kMcsName, StoredName(form));
     s_chMcsBuffer[kMcsMark] = kMcsMarkByte;
     s_chMcsBuffer[kMcsFormFlags] = FormFlags(form);
@@ -490,7 +479,7 @@ void WalkImage(const Image& image) {
 }
 
 void WalkRepetitions(const Image& image) {
-    for (std::int64_t i = 0; IsPlayed(image) && i < image.Count && !IsRefused(); ++i)
+    for (std::int64_t i = 0; i < TimesPlayed(image) && !IsRefused(); ++i)
         WalkAt(*image.Children, RepetitionOffset(image, s_mcs.Base, i));
 }
 
@@ -631,8 +620,8 @@ McsBuffer DpsToMcs(List& screen) {
 }
 
 bool McsFormatWrite(List& screen, const std::string& path) {
-    // The file is opened before the build, so that no screen is built for nothing, but cut to
-    // nothing only after it, so that a screen that cannot be built leaves an older format alone.
+    // The file is opened before the build, so that no screen is built for nothing, but not emptied,
+    // so that a screen that cannot be built leaves an older format alone.
     const bool existed = Exists(path);
     OutputFile file;
     if (!file.Open(path, OutputFile::Mode::Keep))
@@ -645,8 +634,8 @@ bool McsFormatWrite(List& screen, const std::string& path) {
         return false;
     }
     assert(buffer == &s_chMcsBuffer[0]);
-    file.Truncate();
     file.Put({reinterpret_cast<const char*>(buffer), size});
+    file.Cut();
     file.Close();
     return true;
 }

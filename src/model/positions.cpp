@@ -1,5 +1,9 @@
 #include "model/positions.h"
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+
 namespace grolof {
 
 namespace {
@@ -7,12 +11,15 @@ namespace {
 struct Collector {
     FieldPositions Found;
     std::int32_t FormWidth = 0;
+    std::int64_t MostTimes = kMostRecords; ///< repetitions of an image that are looked at
+    std::int64_t Left = kMostRecords;      ///< records that may still be looked at
 };
 
 void Collect(Collector& collector, const List* list, Offset base);
 
 void CollectRepetitions(Collector& collector, const Image& image, Offset base) {
-    for (std::int64_t i = 0; IsPlayed(image) && i < image.Count; ++i)
+    const std::int64_t times = std::min(TimesPlayed(image), collector.MostTimes);
+    for (std::int64_t i = 0; i < times && collector.Left > 0; ++i)
         Collect(collector, image.Children.get(), RepetitionOffset(image, base, i));
 }
 
@@ -20,6 +27,8 @@ void Collect(Collector& collector, const List* list, Offset base) {
     if (list == nullptr)
         return;
     for (Record& record : *list) {
+        if (--collector.Left < 0)
+            return;
         switch (record.Type) {
         case RecordType::Form:
             collector.FormWidth = AsForm(record).Width;
@@ -53,7 +62,7 @@ bool Continues(const FieldPositions& fields, const Heading& first, const Heading
 }
 
 void Join(Heading& first, const Heading& second) {
-    first.InitialValue = first.InitialValue.value_or("") + " " + second.InitialValue.value_or("");
+    first.InitialValue = first.InitialValue.value_or("") + " " + TextOf(second.InitialValue);
     first.Width = static_cast<std::int32_t>(std::int64_t{first.Width} + 1 + second.Width);
 }
 
@@ -65,7 +74,7 @@ bool IsEntered(Record& record) {
     case RecordType::Image:
         return record.Children != nullptr;
     case RecordType::RepeatImage:
-        return IsPlayed(AsImage(record));
+        return TimesPlayed(AsImage(record)) > 0;
     default:
         return false;
     }
@@ -95,9 +104,7 @@ std::int64_t ExpandedCount(const List& list) {
         ++count;
         if (record.Children) {
             const bool repeats = record.Type == RecordType::RepeatImage;
-            const std::int64_t times = !repeats                    ? 1
-                                       : IsPlayed(AsImage(record)) ? AsImage(record).Count
-                                                                   : 0;
+            const std::int64_t times = repeats ? TimesPlayed(AsImage(record)) : 1;
             // Both factors are bounded (the inner count just above the limit, the times by 32
             // bits), so the product fits.
             count += times * (1 + ExpandedCount(*record.Children));
@@ -110,9 +117,13 @@ std::int64_t ExpandedCount(const List& list) {
 
 FieldPositions CollectFieldPositions(const List& screen) {
     Collector collector;
-    if (ExpandedCount(screen) <= kMostRecords)
+    Collect(collector, &screen, {});
+    if (collector.Left <= 0) { // what stands behind the repetitions counts all the same
+        collector.MostTimes = 1;
+        collector.Left = std::numeric_limits<std::int64_t>::max();
         Collect(collector, &screen, {});
-    return collector.Found;
+    }
+    return std::move(collector.Found);
 }
 
 bool FieldAtPosition(const FieldPositions& positions, std::int64_t row, std::int64_t column) {

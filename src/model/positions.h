@@ -55,9 +55,22 @@ inline Position WrappedPosition(Offset base, std::int64_t row, std::int64_t colu
     return {base.Row + row + k / formWidth, k % formWidth + 1};
 }
 
-/// True when a repeat image is played at all: it has children and occurs at least once.
-inline bool IsPlayed(const Image& image) {
-    return image.Children && !ListIsEmpty(*image.Children) && image.Count >= 1;
+/// The same where only the own column wraps and the offset is added behind the wrap, as COPY books
+/// tell where images and the cursor are.
+inline Position OwnColumnWrapped(Offset base, std::int64_t row, std::int64_t column,
+                                 std::int32_t formWidth) {
+    const Position own = WrappedPosition({}, row, column, formWidth);
+    return {base.Row + own.Row, base.Column + own.Column};
+}
+
+/// True when an image has something in it.
+inline bool HasItems(const Image& image) {
+    return image.Children && !ListIsEmpty(*image.Children);
+}
+
+/// Times that a repeat image is played: its count, 0 when nothing is in it or the count is below 1.
+inline std::int64_t TimesPlayed(const Image& image) {
+    return HasItems(image) && image.Count >= 1 ? image.Count : 0;
 }
 
 /// Number of records met when all repetitions are played, stopping the count above kMostRecords.
@@ -75,8 +88,9 @@ struct FieldPositions {
     std::unordered_set<Position, PositionHash> Starts;
 };
 
-/// Collects the first positions of all fields of a screen, repetitions played. A form of width 0
-/// has no positions.
+/// Collects the first positions of all fields of a screen, repetitions played. Of a screen that
+/// expands to more than kMostRecords some repetitions are left out, but of no image the first. A
+/// form of width 0 has no positions.
 FieldPositions CollectFieldPositions(const List& screen);
 
 /// True when some field starts at a 1-based absolute row and column; its extent does not count.

@@ -1,6 +1,10 @@
 #include "model/records.h"
 
+#include <array>
+#include <cstdio>
 #include <unordered_set>
+
+#include "support/text.h"
 
 namespace grolof {
 
@@ -71,6 +75,25 @@ Form* FormOf(const List& screen) {
     if (first == nullptr || first->Data == nullptr || first->Data->Type != RecordType::Form)
         return nullptr;
     return &AsForm(*first->Data);
+}
+
+const std::string& TextOf(const Text& text) {
+    static const std::string none;
+    return text ? *text : none;
+}
+
+bool HasGroup(const Form& form) {
+    return form.Group != nullptr && BeginsAboveBlank(form.Group);
+}
+
+std::string NumberedName(std::int32_t number) {
+    std::array<char, 16> name; // "DPS", a sign and ten digits at most
+    std::snprintf(name.data(), name.size(), "DPS%05d", number);
+    return name.data();
+}
+
+std::string StoredName(const Form& form) {
+    return form.NumericName != 0 ? NumberedName(form.Number) : TextOf(form.Name);
 }
 
 const char* InternText(std::string_view text) {

@@ -146,6 +146,7 @@ struct Heading : Record {
     std::int32_t Intensity = 1;
 };
 
+// The dialects' names of the records: the same records serve both.
 using DpsForm = Form;
 using BmsForm = Form;
 using DpsField = Field;
@@ -186,6 +187,21 @@ List& ChildrenOf(Record& record);
 
 /// The form that heads a screen's list; none when the list is empty or headed by another record.
 Form* FormOf(const List& screen);
+
+/// A text, or the empty text for none.
+const std::string& TextOf(const Text& text);
+
+/// Group of screens whose form and command line name none.
+inline constexpr const char* kDefaultGroup = "ZOR$Y$";
+
+/// True when a form names a group: one that begins above the blank.
+bool HasGroup(const Form& form);
+
+/// Name of a screen stored under its number: "DPS" and at least five digits or signs.
+std::string NumberedName(std::int32_t number);
+
+/// Name under which a screen is stored: its number's for a numeric name, else `Name`.
+std::string StoredName(const Form& form);
 
 /// A copy of the text that lives as long as the process; equal texts share one copy. For group
 /// names, of which a site has few.

@@ -46,8 +46,8 @@ bool NextLine(DefinitionReader& reader) {
 
 // A number begins with a digit or a sign at once; anything else is 0.
 std::int32_t NumberValue(std::string_view value) {
-    const bool isNumber = !value.empty() && (value.front() == '-' || value.front() == '+' ||
-                                             (value.front() >= '0' && value.front() <= '9'));
+    const bool isNumber =
+        BeginsWithDigit(value) || value.starts_with('-') || value.starts_with('+');
     return isNumber ? NumberOf(std::string(value)) : 0;
 }
 
@@ -96,9 +96,7 @@ void ReadAttribute(std::string_view line, Kind& record, Text& stored) {
 // What the end of an element does to its record. A form that bears the name of a numbered screen
 // as its NewName is stored under its number.
 void Finish(Form& form, const Text& stored) {
-    std::array<char, 16> numeric; // "DPS", a sign and ten digits at most
-    std::snprintf(numeric.data(), numeric.size(), "DPS%05d", form.Number);
-    if (stored == numeric.data())
+    if (stored == NumberedName(form.Number))
         form.NumericName = 1;
 }
 

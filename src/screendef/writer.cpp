@@ -76,8 +76,8 @@ void PutMember(const Kind& record, const Attribute<Kind>& attribute) {
                    },
                    [&](FormKind Kind::*member) { PutFormType(name, record.*member); },
                    [&](const char* Kind::*member) {
-                       if (const char* text = record.*member;
-                           text != nullptr && BeginsAboveBlank(text))
+                       const char* text = record.*member;
+                       if (text != nullptr && BeginsAboveBlank(text))
                            PutText(name, text);
                    },
                    [](StorageName) {},

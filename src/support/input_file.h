@@ -29,6 +29,11 @@ public:
     /// and is the end of the file.
     bool ReadLine(std::string& line, std::size_t most);
 
+    /// The same, but false as well for a last line that AtEnd marks.
+    bool ReadEndedLine(std::string& line, std::size_t most) {
+        return ReadLine(line, most) && !m_atEnd;
+    }
+
     /// True when the last ReadLine ran into the end of the file: its line had no line feed and
     /// did not fill its bound.
     bool AtEnd() const { return m_atEnd; }

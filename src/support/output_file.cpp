@@ -58,9 +58,11 @@ bool OutputFile::OpenAt(const std::string& path, std::int64_t offset) {
     return true;
 }
 
-void OutputFile::Truncate() {
-    // What is no regular file (a pipe, a device) has no contents to take away: EINVAL.
-    if (m_descriptor >= 0 && ftruncate(m_descriptor, 0) != 0 && errno != EINVAL)
+void OutputFile::Cut() {
+    Flush();
+    // What is no regular file (a pipe, a device) has nothing to take away: ESPIPE, EINVAL.
+    const off_t end = m_descriptor >= 0 ? lseek(m_descriptor, 0, SEEK_CUR) : -1;
+    if (end >= 0 && ftruncate(m_descriptor, end) != 0 && errno != EINVAL)
         Fail();
 }
 

@@ -14,7 +14,8 @@ namespace grolof {
 /// error with the system error text for the path; it changes nothing else.
 class OutputFile {
 public:
-    /// What becomes of the contents of a file that exists. Keep leaves them until Truncate.
+    /// What becomes of the contents of a file that exists. Keep writes over them and leaves what
+    /// stands behind, unless Cut is called.
     enum class Mode { Truncate, Append, Keep };
 
     OutputFile() = default;
@@ -26,13 +27,12 @@ public:
     /// system error text for the path on standard error and returns false.
     bool Open(const std::string& path, Mode mode = Mode::Truncate);
 
-    /// Opens a file to go on `offset` bytes from its start, where an earlier Close of this run left
-    /// it. Where another process is writing the same file anew at the moment, it is shorter than
-    /// that for a while, and ends up with one copy of what both write. Fails as Open does.
+    /// Opens a file to go on `offset` bytes from its start, over what stands there or behind its
+    /// end. Fails as Open does.
     bool OpenAt(const std::string& path, std::int64_t offset);
 
-    /// Takes away the contents of a file opened with Keep; nothing may have been put before.
-    void Truncate();
+    /// Takes away what stands behind what has been put.
+    void Cut();
 
     /// Appends bytes as they are.
     void Put(std::string_view bytes);

@@ -13,6 +13,21 @@ inline int UpperOf(char c) {
     return std::toupper(static_cast<unsigned char>(c));
 }
 
+inline bool IsSpace(char c) {
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+inline bool IsDigit(char c) {
+    return std::isdigit(static_cast<unsigned char>(c)) != 0;
+}
+inline bool IsAlphanumeric(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0;
+}
+
+/// True when a text begins with a digit.
+inline bool BeginsWithDigit(std::string_view text) {
+    return !text.empty() && IsDigit(text.front());
+}
+
 /// Compares two texts without regard to case: 0 when equal, otherwise the difference of the
 /// upper-case forms of the first differing characters (the end of a text counts as 0).
 int TextCompareNoCase(std::string_view a, std::string_view b);

@@ -91,6 +91,44 @@ TEST_F(BmsBooks, ALaterMapIsAddedToABookThatTookThePlaceOfTheFirstMaps) {
     EXPECT_EQ(ReadFile(Path()).substr(0, 15), "another\n      /");
 }
 
+TEST_F(BmsBooks, ALaterMapIsAddedBehindWhatStandsBehindTheFirst) {
+    Screen one("ONE", 0), two("TWO", 0);
+    for (const char* text : {"", "      *  ADDED\n", "      /\n       01 MORE.\n"}) {
+        ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+        const std::string before = ReadFile(Path()) + text;
+        WriteFile(Path(), before);
+        ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+        EXPECT_EQ(ReadFile(Path()).substr(0, before.size() + 17), before + "      /\n      *\n ");
+    }
+}
+
+TEST_F(BmsBooks, ALaterMapIsAddedToABookThatWasEmptied) {
+    Screen one("ONE", 0), two("TWO", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    WriteFile(Path(), "");
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    EXPECT_EQ(ReadFile(Path()).substr(0, 17), "      /\n      *\n ");
+}
+
+TEST_F(BmsBooks, AnotherRunThatIsNotAsFarGetsAheadLater) {
+    Screen one("ONE", 0), two("TWO", 0), three("THREE", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    const std::string first = ReadFile(Path());
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    const std::string second = ReadFile(Path());
+    WriteFile(Path(), first); // the other run is through with its first map
+    ASSERT_EQ(BmsCopyBookWrite(three.Records(), Path(), 1, 1), 1);
+    const std::string found = ReadFile(Path());
+    EXPECT_EQ(found.substr(0, first.size()), first);
+    EXPECT_EQ(found.substr(second.size(), 17), "      /\n      *\n ");
+    // What is between is the other run's to write.
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    WriteFile(Path(), found);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    EXPECT_EQ(ReadFile(Path()).substr(0, second.size()), second);
+    EXPECT_EQ(ReadFile(Path()).size(), found.size());
+}
+
 TEST_F(BmsBooks, TheLastOutputAreaIsKeptBetweenBooks) {
     Screen one("ONE", 0), two("TWO", 0);
     ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);

@@ -194,7 +194,7 @@ TEST_F(Headings, AWholeScreenOfText) {
 // Repetitions without end are not played out for the question.
 TEST_F(Headings, DoNotHangOnHugeRepetitions) {
     const std::string image = "IMAGE\nREP_IMA COUNT = 2147483647\n" + FieldAt(1, 4) + "END_IMAGE\n";
-    EXPECT_EQ(Items(image + ConstantField("ABC DEF")), "R -(F F) H 1,1 'ABC DEF'");
+    EXPECT_EQ(Items(image + ConstantField("ABC DEF")), "R -(F F) H 1,1 'ABC' H 1,5 'DEF'");
 }
 
 // ---------------------------------------------------------------------------------------------

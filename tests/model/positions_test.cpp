@@ -234,10 +234,13 @@ TEST(ExpandedCount, ImageWithoutContentsCostsNothingHoweverOftenItOccurs) {
     EXPECT_EQ(StartsOf(*screen), "2,2 ");
 }
 
-TEST(FieldAtPosition, ExplodingScreenHasNone) {
+TEST(FieldAtPosition, ExplodingScreenKeepsItsFirstRepetitionsAndWhatIsBehindThem) {
     const RecordList screen =
-        Screen({Repeated(ImageAt(1, 1, {FieldAt(1, 1)}), {kMost, 1, 1, 1, 0}), FieldAt(2, 2)});
-    EXPECT_EQ(StartsOf(*screen), "");
+        Screen({Repeated(ImageAt(1, 1, {FieldAt(1, 1)}), {kMost, 1, 1, 1, 0}),
+                Repeated(ImageAt(1, 1, {FieldAt(1, 3)}), {kMost, 1, 1, 1, 0}), FieldAt(2, 2)});
+    const FieldPositions found = CollectFieldPositions(*screen);
+    for (const Position at : {Position{1, 1}, {24, 1}, {1, 3}, {2, 2}})
+        EXPECT_TRUE(FieldAtPosition(found, at.Row, at.Column)) << at.Row << ',' << at.Column;
 }
 
 TEST(Offsets, AddUp) {

@@ -231,7 +231,7 @@ TEST(OutputFile, AppendsToAnyFile) {
     }
 }
 
-TEST(OutputFile, KeepsTheContentsUntilItIsToldOtherwise) {
+TEST(OutputFile, KeepsWhatStandsBehindUntilItIsToldOtherwise) {
     const TemporaryDirectory directory;
     const std::string path = WriteFile(directory.File("out"), "old contents");
     OutputFile file;
@@ -239,13 +239,17 @@ TEST(OutputFile, KeepsTheContentsUntilItIsToldOtherwise) {
     EXPECT_TRUE(file.Close());
     EXPECT_EQ(ReadFile(path), "old contents");
     ASSERT_TRUE(file.Open(path, OutputFile::Mode::Keep));
-    file.Truncate();
     file.Put("new");
     EXPECT_TRUE(file.Close());
-    EXPECT_EQ(ReadFile(path), "new");
+    EXPECT_EQ(ReadFile(path), "new contents");
+    ASSERT_TRUE(file.Open(path, OutputFile::Mode::Keep));
+    file.Put("short");
+    file.Cut();
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(ReadFile(path), "short");
     ASSERT_TRUE(file.Open("/dev/null", OutputFile::Mode::Keep));
     CaptureStderr errors;
-    file.Truncate();
+    file.Cut();
     EXPECT_TRUE(file.Close());
     EXPECT_EQ(errors.Take(), "") << "a device has nothing to take away";
 }
