@@ -10,18 +10,13 @@
 #include "bms/keywords.h"
 #include "bms/reader.h"
 #include "bms/tokens.h"
+#include "model/codes.h"
 
 namespace grolof {
 
 namespace {
 
 using Maps = std::vector<RecordList>;
-
-// Values of the model that the macros set.
-constexpr std::int32_t kNormal = 1, kBright = 2, kDark = 4; // Intensity
-constexpr std::int32_t kLeft = 2, kRight = 3;               // Justification
-constexpr std::int32_t kText = 1, kNumeric = 3;             // DataType
-constexpr std::int32_t kUpperCase = 2;                      // Case
 
 // Operands that are read for their form only.
 constexpr std::array kIgnoredByMapSet = {
@@ -97,11 +92,11 @@ void ReadPosition(Placed& record) {
 std::optional<std::int32_t> IntensityOf(int value) {
     switch (value) {
     case BmsKey("BRT"):
-        return kBright;
+        return kHighIntensity;
     case BmsKey("NORM"):
-        return kNormal;
+        return kNormalIntensity;
     case BmsKey("DRK"):
-        return kDark;
+        return kSuppressed;
     default:
         return std::nullopt;
     }
@@ -162,14 +157,14 @@ Field* CreateMapField() {
     Field* field = CreateField();
     field->TabStop = 1;
     field->Case = kUpperCase;
-    field->DataType = kText;
+    field->DataType = kAlphanumericData;
     field->Name = s_bms.Label;
     field->Children.reset(ListCreate());
     return field;
 }
 
 void MakeNumeric(Field& field) {
-    field.DataType = kNumeric;
+    field.DataType = kNumericData;
     field.LeadingZeros = 0;
     field.BlankWhenZero = 1;
 }
@@ -211,9 +206,9 @@ bool ApplyAttribute(Form& form, Field& field, int value) {
 
 bool ApplyJustification(Field& field, int value) {
     if (value == BmsKey("LEFT"))
-        field.Justification = kLeft;
+        field.Justification = kLeftJustified;
     if (value == BmsKey("RIGHT"))
-        field.Justification = kRight;
+        field.Justification = kRightJustified;
     return IsAmong(kJustifyValues, value);
 }
 

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "copybook/rules.h"
+#include "model/codes.h"
 #include "support/date.h"
 #include "support/installation.h"
 #include "support/text.h"
@@ -61,7 +62,7 @@ std::string PictureWith(const Text& given, const Field& field) {
 void PutInputValue(OutputFile& out, const Field& field) {
     constexpr std::size_t tooLong = 15;
     if (!field.InitialValue) {
-        out.Put(field.DataType == 3 ? " VALUE 0.\n" : " VALUE ' '.\n");
+        out.Put(field.DataType == kNumericData ? " VALUE 0.\n" : " VALUE ' '.\n");
     } else if (field.InitialValue->size() >= tooLong) {
         PutValueBelow(out, *field.InitialValue);
     } else if (IsNumeric(field) && !BeginsWithDigit(*field.InitialValue)) {

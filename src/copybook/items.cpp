@@ -1,6 +1,7 @@
 // The entries of a DPS screen's field control area (FCA) and the items of its data area.
 
 #include "copybook/dps_book.h"
+#include "model/codes.h"
 
 namespace grolof {
 
@@ -15,14 +16,15 @@ constexpr std::int64_t kBlankWhenZero = 6;
 constexpr std::int64_t kNumericMore = 10; // a numeric field's type is this much more
 constexpr std::int64_t kPageCounts = 20;  // to 23, the four page counts
 
-// The four page counts are system values 16 to 19; the screen handler fills them in itself.
+// The screen handler fills in the page counts itself.
 bool IsPageCount(const Field& field) {
-    return field.Contents == 4 && field.Value >= 16 && field.Value <= 19;
+    return field.Contents == kSystemContents && field.Value >= kCurrentPageCount &&
+           field.Value <= kTotalPageCount;
 }
 
 std::int64_t FieldType(const Field& field) {
     if (IsPageCount(field))
-        return kPageCounts + field.Value - 16;
+        return kPageCounts + field.Value - kCurrentPageCount;
     if (IsNumeric(field) && field.BlankWhenZero != 0)
         return kBlankWhenZero;
     return (field.UsageOutput != 0 ? kOutputOnly : kInputOutput) +
@@ -31,7 +33,7 @@ std::int64_t FieldType(const Field& field) {
 
 char FieldDynamics(const Field& field) {
     if (field.Protected != 0)
-        return field.Contents == 2 ? 'S' : 'D';
+        return field.Contents == kBlankContents ? 'S' : 'D';
     return field.SetModified != 0 ? 'M' : 'U';
 }
 
@@ -97,15 +99,24 @@ void PutDataItem(DpsBook& book, const Field& field, ItemMode mode) {
 } // namespace
 
 char IntensityLetter(std::int32_t intensity) {
-    return intensity == 2 ? 'H' : intensity == 3 ? 'L' : intensity == 4 ? 'S' : 'N';
+    switch (intensity) {
+    case kHighIntensity:
+        return 'H';
+    case kLowIntensity:
+        return 'L';
+    case kSuppressed:
+        return 'S';
+    default:
+        return 'N';
+    }
 }
 
 char HighlightLetter(std::int32_t highlight) {
-    return highlight == 2 ? 'B' : highlight == 3 ? 'R' : 'N';
+    return highlight == kBlink ? 'B' : highlight == kReverse ? 'R' : 'N';
 }
 
 char EmphasisLetter(std::int32_t emphasis) {
-    return emphasis == 2 ? 'U' : 'N';
+    return emphasis == kUnderscore ? 'U' : 'N';
 }
 
 void StepLevel(DpsBook& book, int step) {
@@ -140,7 +151,7 @@ FcaEntry FieldEntry(const DpsBook& book, const Field& field, Offset base) {
     const Position at = WrappedPosition(base, field.Row, field.Column, book.FormWidth);
     return {IsPageCount(field) ? kFiller : TextOf(field.Name),
             {0, FieldType(field), at.Row, at.Column, DataLength(field), book.FcaIndex},
-            {field.Justification == 3 ? 'R' : 'V', FieldDynamics(field),
+            {field.Justification == kRightJustified ? 'R' : 'V', FieldDynamics(field),
              ColourLetter(field.BackColour, 'E'), ColourLetter(field.Colour, 'W'),
              IntensityLetter(field.Intensity), HighlightLetter(field.Highlight), 'N',
              EmphasisLetter(field.Emphasis)}};
@@ -152,8 +163,9 @@ FcaEntry ImageEntry(const DpsBook& book, const Image& image, Offset base) {
     return {linked ? kFiller : TextOf(image.Name),
             {linked ? std::int64_t{image.Spacing} - 1 : 0, linked ? kLinkedImage : kImage, at.Row,
              at.Column, image.Width, book.FcaIndex},
-            {'V', image.Contents == 2 ? 'C' : 'O', 'E', 'W', IntensityLetter(image.Intensity),
-             HighlightLetter(image.Highlight), 'N', EmphasisLetter(image.Emphasis)}};
+            {'V', image.Contents == kBlankContents ? 'C' : 'O', 'E', 'W',
+             IntensityLetter(image.Intensity), HighlightLetter(image.Highlight), 'N',
+             EmphasisLetter(image.Emphasis)}};
 }
 
 void PutFcaEntry(DpsBook& book, const FcaEntry& entry, ItemMode mode) {

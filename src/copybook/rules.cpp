@@ -1,4 +1,5 @@
 #include "copybook/rules.h"
+#include "model/codes.h"
 
 #include <algorithm>
 #include <array>
@@ -73,9 +74,9 @@ std::int64_t DataLength(const Field& field) {
 
 std::string PictureOf(const Field& field) {
     const std::int64_t length = DataLength(field);
-    if (field.DataType == 1)
+    if (field.DataType == kAlphanumericData)
         return "PIC X(" + Decimal(length) + ")";
-    if (field.DataType == 2)
+    if (field.DataType == kAlphabeticData)
         return "PIC A(" + Decimal(length) + ")";
     return NumericPicture(field, length);
 }

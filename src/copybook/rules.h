@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "model/codes.h"
 #include "model/records.h"
 #include "support/output_file.h"
 
@@ -47,7 +48,7 @@ std::string ScreenNameOf(const Form& form);
 
 /// True for a field that is neither alphanumeric nor alphabetic.
 inline bool IsNumeric(const Field& field) {
-    return field.DataType != 1 && field.DataType != 2;
+    return field.DataType != kAlphanumericData && field.DataType != kAlphabeticData;
 }
 
 /// Characters of data behind a field: its `Width` less the point, the currency sign, the signs

@@ -6,6 +6,7 @@
 
 #include "fldp/headings.h"
 #include "fldp/lexer.h"
+#include "model/codes.h"
 #include "model/conversion_flags.h"
 #include "model/positions.h"
 #include "support/host.h"
@@ -185,9 +186,10 @@ void SkipWordOrList(R&) {
 
 constexpr WordValue kColours[] = {{BLUE, 'B'},    {BLACK, 'E'}, {CYAN, 'C'},  {GREEN, 'G'},
                                   {MAGENTA, 'M'}, {RED, 'R'},   {YELLOW, 'Y'}};
-constexpr WordValue kIntensities[] = {{HIGH, 2}, {LOW, 3}, {SUPPRESSED, 4}};
-constexpr WordValue kEmphases[] = {{UNDERSCORE, 2}};
-constexpr WordValue kHighlights[] = {{BLINK, 2}, {REVERSE, 3}};
+constexpr WordValue kIntensities[] = {
+    {HIGH, kHighIntensity}, {LOW, kLowIntensity}, {SUPPRESSED, kSuppressed}};
+constexpr WordValue kEmphases[] = {{UNDERSCORE, kUnderscore}};
+constexpr WordValue kHighlights[] = {{BLINK, kBlink}, {REVERSE, kReverse}};
 
 template <class R>
 constexpr Clause<R> kBackground[] = {{COLOR, AnyWord<&R::BackColour, kColours>}};
@@ -297,34 +299,37 @@ constexpr Clause<Field> kFieldInput[] = {
     {REPLENISH_NOTIFICATION, SkipKeyword},
     {VALUE_CHECK, SkipKeyword}};
 
-constexpr WordValue kFieldContents[] = {
-    {STORAGE, 1}, {BLANK, 2}, {CONSTANT, 3}, {SYSTEM, 4}, {REPLENISH, 5}};
+constexpr WordValue kFieldContents[] = {{STORAGE, kStorageContents},
+                                        {BLANK, kBlankContents},
+                                        {CONSTANT, kConstantContents},
+                                        {SYSTEM, kSystemContents},
+                                        {REPLENISH, kReplenishContents}};
 
-constexpr WordValue kSystemValues[] = {{TRANSACTION_CODE, 2},
-                                       {DATE_1, 3},
-                                       {DATE_2, 4},
-                                       {DATE_3, 5},
-                                       {DATE_4, 6},
-                                       {DATE_5, 7},
-                                       {DATE_6, 8},
-                                       {DATE_7, 9},
-                                       {DATE_8, 10},
-                                       {TIME_1, 11},
-                                       {TIME_2, 12},
-                                       {TIME_3, 13},
-                                       {FORM_NAME, 14},
-                                       {FORM_NUMBER, 15},
-                                       {CURRENT_PAGE_COUNT, 16},
-                                       {DATA_PAGE_COUNT, 17},
-                                       {INDEX_PAGE_COUNT, 18},
-                                       {TOTAL_PAGE_COUNT, 19},
-                                       {PID, 20},
-                                       {LPID, 21},
-                                       {USER_FIELD_1, 22},
-                                       {USER_FIELD_2, 23},
-                                       {USER_FIELD_3, 24},
-                                       {USER_FIELD_4, 25},
-                                       {USER_FIELD_5, 26}};
+constexpr WordValue kSystemValues[] = {{TRANSACTION_CODE, kTransactionCode},
+                                       {DATE_1, kDate1},
+                                       {DATE_2, kDate1 + 1},
+                                       {DATE_3, kDate1 + 2},
+                                       {DATE_4, kDate1 + 3},
+                                       {DATE_5, kDate1 + 4},
+                                       {DATE_6, kDate1 + 5},
+                                       {DATE_7, kDate1 + 6},
+                                       {DATE_8, kDate1 + 7},
+                                       {TIME_1, kTime1},
+                                       {TIME_2, kTime1 + 1},
+                                       {TIME_3, kTime1 + 2},
+                                       {FORM_NAME, kFormName},
+                                       {FORM_NUMBER, kFormNumber},
+                                       {CURRENT_PAGE_COUNT, kCurrentPageCount},
+                                       {DATA_PAGE_COUNT, kCurrentPageCount + 1},
+                                       {INDEX_PAGE_COUNT, kCurrentPageCount + 2},
+                                       {TOTAL_PAGE_COUNT, kTotalPageCount},
+                                       {PID, kPid},
+                                       {LPID, kLpid},
+                                       {USER_FIELD_1, kUserField1},
+                                       {USER_FIELD_2, kUserField1 + 1},
+                                       {USER_FIELD_3, kUserField1 + 2},
+                                       {USER_FIELD_4, kUserField1 + 3},
+                                       {USER_FIELD_5, kUserField1 + 4}};
 
 constexpr Clause<Field> kFieldOutput[] = {{CONTENTS, TableWord<&Field::Contents, kFieldContents>},
                                           {SYSTEM_VALUE, TableWord<&Field::Value, kSystemValues>}};
@@ -351,8 +356,12 @@ void FieldInitialValue(Field& field) {
 constexpr Clause<Field> kFieldPredefined[] = {{INITIAL_VALUE, FieldInitialValue},
                                               {REPLENISH_STRING, Literal<&Field::Replenish>}};
 
-constexpr WordValue kDataTypes[] = {{ALPHA_NUMERIC, 1}, {ALPHABETIC, 2},    {INTEGER, 3},
-                                    {NUMERIC, 3},       {COMPUTATIONAL, 3}, {BINARY, 3}};
+constexpr WordValue kDataTypes[] = {{ALPHA_NUMERIC, kAlphanumericData},
+                                    {ALPHABETIC, kAlphabeticData},
+                                    {INTEGER, kNumericData},
+                                    {NUMERIC, kNumericData},
+                                    {COMPUTATIONAL, kNumericData},
+                                    {BINARY, kNumericData}};
 
 constexpr Clause<Field> kFieldStorage[] = {{DATA_TYPE, TableWord<&Field::DataType, kDataTypes>}};
 
@@ -390,8 +399,8 @@ void Switches(Field& field) {
     ReadList([&] { SetSwitch(Table, FldpExpectKeyword(), field); });
 }
 
-constexpr WordValue kCases[] = {{UPPER, 2}, {LOWER, 3}};
-constexpr WordValue kJustifications[] = {{LEFT, 2}, {RIGHT, 3}};
+constexpr WordValue kCases[] = {{UPPER, kUpperCase}, {LOWER, kLowerCase}};
+constexpr WordValue kJustifications[] = {{LEFT, kLeftJustified}, {RIGHT, kRightJustified}};
 constexpr WordValue kLeadingZeros[] = {{DISPLAY, 1}, {SUPPRESS, 0}};
 constexpr WordValue kMonetarySigns[] = {{FLOATING, 1}, {LEADING, 1}};
 
@@ -437,7 +446,7 @@ void ReadField(Owner& owner) {
 template <class Owner>
 void ReadImage(Owner& owner);
 
-constexpr WordValue kImageContents[] = {{BLANK, 2}, {STORAGE, 1}};
+constexpr WordValue kImageContents[] = {{BLANK, kBlankContents}, {STORAGE, kStorageContents}};
 
 constexpr Clause<Image> kImageOutput[] = {{CONTENTS, TableWord<&Image::Contents, kImageContents>}};
 
@@ -446,7 +455,7 @@ constexpr Clause<Image> kImagePosition[] = {{ROW, Number<&Image::Row>},
                                             {VARIABLE_ROW, When<NO, &Image::VariableRow, 0>},
                                             {VARIABLE_COLUMN, When<NO, &Image::VariableColumn, 0>}};
 
-constexpr Clause<Image> kRepeatImage[] = {{DIRECTION, When<RIGHT, &Image::Direction, 2>},
+constexpr Clause<Image> kRepeatImage[] = {{DIRECTION, When<RIGHT, &Image::Direction, kHorizontal>},
                                           {CONSTANTS, When<YES, &Image::Constants, 1>},
                                           {COUNT, Number<&Image::Count>},
                                           {SPACING, Number<&Image::Spacing>},

@@ -14,6 +14,7 @@
 #include "mcs/compaction.h"
 #include "mcs/edit_picture.h"
 #include "mcs/format.h"
+#include "model/codes.h"
 #include "model/positions.h"
 #include "model/records.h"
 #include "support/output_file.h"
@@ -157,15 +158,15 @@ void AdvanceToRow(std::int64_t row) {
 
 // The display code of an intensity and a highlight.
 std::uint8_t DisplayCode(std::int32_t intensity, std::int32_t highlight) {
-    if (intensity == 4)
-        return 1;
-    if (intensity == 3)
-        return 3;
-    if (highlight == 2)
-        return 4;
-    if (highlight == 3)
-        return 5;
-    return 2;
+    if (intensity == kSuppressed)
+        return kMcsSuppressed;
+    if (intensity == kLowIntensity)
+        return kMcsLow;
+    if (highlight == kBlink)
+        return kMcsBlinking;
+    if (highlight == kReverse)
+        return kMcsReverse;
+    return kMcsNormal;
 }
 
 // Writes a heading where its own row and column say, whatever images it stands in.
@@ -283,63 +284,51 @@ void PutPosition(std::size_t offset, const Position& at) {
 
 // --- Fields ----------------------------------------------------------------------------------
 
-// The item of a system value; a width of 0 is the field's own.
+// System values of one type.
 struct SystemItem {
-    bool IsWritten = true;
+    std::int32_t First = 0; ///< values from First to Last
+    std::int32_t Last = 0;
     std::uint8_t Type = 0;
-    std::uint8_t Width = 0;
 };
 
-// Indexed by Value. Those without an item belong to the application or to no screen position.
-constexpr SystemItem kUnknown{true, 0, 0};
-constexpr SystemItem kNoItem{false, 0, 0};
-constexpr std::array<SystemItem, 27> kSystemItems = {{
-    kUnknown,      // 0
-    kUnknown,      // 1
-    {true, 12, 0}, // 2
-    {true, 13, 0}, // 3
-    {true, 13, 0}, // 4
-    {true, 13, 0}, // 5
-    {true, 13, 0}, // 6
-    {true, 7, 0},  // 7
-    {true, 7, 0},  // 8
-    {true, 6, 0},  // 9
-    {true, 6, 0},  // 10
-    {true, 8, 0},  // 11
-    {true, 8, 0},  // 12
-    {true, 8, 0},  // 13
-    {true, 11, 0}, // 14
-    {true, 11, 0}, // 15
-    kNoItem,       // 16
-    kNoItem,       // 17
-    kNoItem,       // 18
-    kNoItem,       // 19
-    {true, 10, 4}, // 20
-    {true, 10, 4}, // 21
-    kNoItem,       // 22
-    kNoItem,       // 23
-    kNoItem,       // 24
-    kNoItem,       // 25
-    kNoItem,       // 26
-}};
+constexpr SystemItem kSystemItems[] = {
+    {kTransactionCode, kTransactionCode, kMcsTransactionCode},
+    {kDate1, kDate1 + 3, kMcsDate1To4},
+    {kDate1 + 4, kDate1 + 5, kMcsDate5To6},
+    {kDate1 + 6, kDate8, kMcsDate7To8},
+    {kTime1, kTime3, kMcsTime},
+    {kFormName, kFormNumber, kMcsFormIdentity},
+    {kPid, kLpid, kMcsPid},
+};
 
-const SystemItem& SystemItemOf(std::int32_t value) {
-    const bool known = value >= 0 && value < static_cast<std::int32_t>(kSystemItems.size());
-    return known ? kSystemItems[static_cast<std::size_t>(value)] : kUnknown;
+std::uint8_t SystemTypeOf(std::int32_t value) {
+    for (const SystemItem& item : kSystemItems)
+        if (value >= item.First && value <= item.Last)
+            return item.Type;
+    return kMcsUnknownType;
+}
+
+// Page counts and user fields have no item: they belong to the application or to no screen
+// position.
+bool HasItem(std::int32_t value) {
+    const bool isPageCount = value >= kCurrentPageCount && value <= kTotalPageCount;
+    const bool isUserField = value >= kUserField1 && value <= kUserField5;
+    return !isPageCount && !isUserField;
 }
 
 // Writes the item of a system value. Without an item nothing is written and the column stays,
-// so the next item stands in this one's place.
+// so the next item stands in this one's place. The handler shows a PID in four columns, whatever
+// the field's width by which the column goes on.
 void WriteSystemValue(const Field& field) {
-    const SystemItem& item = SystemItemOf(field.Value);
-    if (!item.IsWritten)
+    if (!HasItem(field.Value))
         return;
-    const std::uint8_t b0 = LowByte(item.Width != 0 ? item.Width : field.Width);
+    const std::uint8_t type = SystemTypeOf(field.Value);
+    const std::uint8_t b0 = type == kMcsPid ? kMcsPidWidth : LowByte(field.Width);
     ItemByte(0) = b0;
-    ItemByte(1) = static_cast<std::uint8_t>(kMcsProtected | kMcsControl | item.Type);
+    ItemByte(1) = static_cast<std::uint8_t>(kMcsProtected | kMcsControl | type);
     SetLowNibble(ItemByte(2), DisplayCode(field.Intensity, field.Highlight));
     AdvanceCursor(kMcsItemHead);
-    if (item.Type == 0 && b0 != 0)
+    if (type == kMcsUnknownType && b0 != 0)
         PutByte(0); // readers step four bytes over an unknown system value with a width
     s_mcs.Column += field.Width;
 }
@@ -349,14 +338,14 @@ bool Justifies() {
 }
 
 bool IsNumeric(const Field& field) {
-    return field.DataType == 3;
+    return field.DataType == kNumericData;
 }
 
 std::uint8_t TextType(const Field& field) {
-    const bool right = field.Justification == 3 && Justifies();
-    if (field.DataType == 2)
+    const bool right = field.Justification == kRightJustified && Justifies();
+    if (field.DataType == kAlphabeticData)
         return right ? kMcsAlphabeticRight : kMcsAlphabetic;
-    if (field.Case == 2 || s_mcs.CurrentForm->IgnoreCase != 0)
+    if (field.Case == kUpperCase || s_mcs.CurrentForm->IgnoreCase != 0)
         return right ? kMcsBothCasesRight : kMcsBothCases;
     return right ? kMcsAlphanumericRight : kMcsAlphanumeric;
 }
@@ -367,7 +356,7 @@ bool HasEdits(const Field& field) {
 }
 
 std::uint8_t NumericType(const Field& field) {
-    const bool justified = field.Justification == 2 && Justifies();
+    const bool justified = field.Justification == kLeftJustified && Justifies();
     if (!HasEdits(field) && field.LeadingZeros != 0)
         return justified ? kMcsLeadingZerosJustified : kMcsLeadingZeros;
     if (!HasEdits(field) && field.BlankWhenZero != 0)
@@ -382,7 +371,7 @@ void SetNumericFlags(const Field& field, std::uint8_t type) {
              (field.BlankWhenZero != 0 && s_mcs.CurrentForm->InputBlankWhenZero != 0))
         ItemByte(2) |= kMcsNumericZero;
     const bool leadingZeros = type == kMcsLeadingZeros || type == kMcsLeadingZerosJustified;
-    if (leadingZeros && (field.BlankWhenZero != 0 || field.Contents == 2))
+    if (leadingZeros && (field.BlankWhenZero != 0 || field.Contents == kBlankContents))
         ItemByte(1) |= kMcsZeroDisplay;
 }
 

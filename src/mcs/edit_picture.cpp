@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "mcs/format.h"
+#include "model/codes.h"
 
 namespace grolof {
 
@@ -53,7 +54,7 @@ std::int64_t PutDecimals(PictureSink& sink, std::int64_t e, std::int64_t digits,
 bool ShowsLastDigit(const Field& field) {
     if (field.BlankIsZero != 0)
         return false;
-    return field.BlankWhenZero == 0 || field.Contents != 2;
+    return field.BlankWhenZero == 0 || field.Contents != kBlankContents;
 }
 
 } // namespace
@@ -83,7 +84,7 @@ EditPicture MakeEditPicture(const Field& field, std::span<std::uint8_t> picture)
 
     std::int64_t e = p + positions; // the index behind the integer part
     if (decimals >= 1) {
-        edit.ShowsBlankAsZero = field.BlankWhenZero != 0 || field.Contents == 2;
+        edit.ShowsBlankAsZero = field.BlankWhenZero != 0 || field.Contents == kBlankContents;
         e = PutDecimals(sink, e, edit.Digits, decimals);
     } else if (decimals == 0 && ShowsLastDigit(field)) {
         sink.Put(e - 1, '9');

@@ -111,7 +111,6 @@ enum McsFormFlag : std::uint8_t {
 
 /// Kinds of item by the top bits of B0, and what the other bits hold.
 inline constexpr std::uint8_t kMcsSkip = 0xC0;
-inline constexpr std::uint8_t kMcsFourByte = 0x80;
 inline constexpr std::uint8_t kMcsKindMask = 0xC0;
 inline constexpr std::uint8_t kMcsColumnsMask = 0x3F;
 inline constexpr std::uint8_t kMcsCountMask = 0x7F;
@@ -149,6 +148,30 @@ enum McsControl : std::uint8_t {
     kMcsLine = 0x14,
     kMcsRepeat = 0x15,
     kMcsTableItem = 0x1F, ///< only ever read
+};
+
+/// Types of system values.
+enum McsSystemType : std::uint8_t {
+    kMcsUnknownType = 0,
+    kMcsDate7To8 = 6,
+    kMcsDate5To6 = 7,
+    kMcsTime = 8,
+    kMcsPid = 10,
+    kMcsFormIdentity = 11, ///< name or number
+    kMcsTransactionCode = 12,
+    kMcsDate1To4 = 13,
+};
+
+/// Width of a PID on the screen.
+inline constexpr std::uint8_t kMcsPidWidth = 4;
+
+/// Display codes.
+enum McsDisplay : std::uint8_t {
+    kMcsSuppressed = 1,
+    kMcsNormal = 2,
+    kMcsLow = 3,
+    kMcsBlinking = 4,
+    kMcsReverse = 5,
 };
 
 /// B1 of a constant text as it is written: protected.

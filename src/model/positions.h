@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <unordered_set>
 
+#include "model/codes.h"
 #include "model/records.h"
 
 namespace grolof {
@@ -40,7 +41,7 @@ inline Offset ImageOffset(const Image& image, Offset base) {
 /// ones `Width` + `Spacing` columns.
 inline Offset RepetitionOffset(const Image& image, Offset base, std::int64_t i) {
     Offset at = ImageOffset(image, base);
-    if (image.Direction == 1)
+    if (image.Direction == kVertical)
         at.Row += i * image.Height;
     else
         at.Column += i * (std::int64_t{image.Width} + image.Spacing);
