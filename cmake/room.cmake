@@ -1,6 +1,6 @@
 # grolof_room(NAME SOURCES ... [USES ...]): one folder under src/ as a library. USES names the rooms
-# whose headers it includes, and links them. The include path is all of src/: that a room is missing
-# in USES shows only in a link that lacks its functions, not where nothing but its headers is used.
+# whose headers it includes, and links them; the include path is all of src/, so a test compares the
+# two.
 function(grolof_room name)
     cmake_parse_arguments(ROOM "" "" "SOURCES;USES" ${ARGN})
     add_library(grolof_${name} STATIC ${ROOM_SOURCES})

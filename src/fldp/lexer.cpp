@@ -218,7 +218,6 @@ void FldpSyntaxError() {
     std::printf("Line %5d: %s; Syntax Error at column %d (%s)\n", s_fldp.LineNumber,
                 s_fldp.FileName.c_str(), static_cast<int>(s_fldp.Position),
                 s_fldp.Token.Text.c_str());
-    std::fflush(stdout);
     EndRun(1);
 }
 

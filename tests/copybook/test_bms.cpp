@@ -1,5 +1,9 @@
 #include <cstdio>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "books.h"
 #include "support/installation.h"
 
@@ -108,6 +112,23 @@ TEST_F(BmsBooks, ALaterMapIsAddedToABookThatWasEmptied) {
     WriteFile(Path(), "");
     ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
     EXPECT_EQ(ReadFile(Path()).substr(0, 17), "      /\n      *\n ");
+}
+
+TEST_F(BmsBooks, APipeGetsTheMapsOneAfterTheOther) {
+    Screen one("ONE", 0), two("TWO", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), Path(), 1, 1), 1);
+    const std::string book = ReadFile(Path());
+    const std::string pipe = Directory().File("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDWR);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), pipe, 1, 0), 1);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), pipe, 1, 1), 1);
+    std::string found(book.size(), '\0');
+    const ssize_t length = read(reader, found.data(), found.size());
+    close(reader);
+    EXPECT_EQ(length, static_cast<ssize_t>(book.size()));
+    EXPECT_EQ(found, book);
 }
 
 TEST_F(BmsBooks, AnotherRunThatIsNotAsFarGetsAheadLater) {
