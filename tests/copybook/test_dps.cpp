@@ -682,6 +682,53 @@ TEST_F(DpsBooks, ALaterFormWithoutWidthIsRefusedByItsName) {
     EXPECT_FALSE(testing_support::FileExists(Path()));
 }
 
+TEST_F(DpsBooks, AFormWithoutWidthInsideAnotherIsRefusedByItsName) {
+    Screen screen("OUTER");
+    Form* inner = CreateForm();
+    inner->Name = "INNER";
+    inner->Width = 0;
+    ListAppend(ChildrenOf(AddImage(screen.Items(), "BOX")), inner);
+    CaptureStderr captured;
+    EXPECT_FALSE(DpsCopyBookWrite(screen.Records(), Path()));
+    EXPECT_EQ(captured.Take(), "INNER: no COPY book: the form's width is 0\n");
+}
+
+// The walks go into images, so a form in one is met behind the form around it.
+TEST_F(DpsBooks, AFormInAnImageIsTheLastForm) {
+    Screen screen("OUTER", 1);
+    Form* inner = CreateForm();
+    inner->Name = "INNER";
+    inner->Number = 2;
+    ListAppend(ChildrenOf(AddImage(screen.Items(), "BOX")), inner);
+    EXPECT_THAT(Book(screen), HasSubstr("\n       01  SCREEN-INNER-2.\n"));
+}
+
+// Each form names its own cursor field; the first that is found counts.
+TEST_F(DpsBooks, TheCursorIsLookedForInTheFormThatNamesIt) {
+    Screen screen("FIRST", 1);
+    screen.Head().ImageName = "HERE";
+    AddField(screen.Items(), "THERE", 3, 4, 5);
+    AddField(screen.Items(), "HERE", 3, 6, 7);
+    Form* second = CreateForm();
+    second->Name = "SECOND";
+    second->ImageName = "THERE";
+    ListAppend(screen.Records(), second);
+    AddField(ChildrenOf(*second), "THERE", 3, 8, 9);
+    const std::string book = Book(screen);
+    EXPECT_EQ(ValueOf(book, "S0-OUT-YCO"), "6");
+    EXPECT_EQ(ValueOf(book, "S0-OUT-XCO"), "7");
+    EXPECT_EQ(ValueOf(book, "S0-OUT-FID"), "2");
+}
+
+TEST_F(DpsBooks, AnImageOfARepeatThatIsNotPlayedIsNotLinked) {
+    Screen screen("FORM");
+    AddImage(screen.Items(), "BOX");
+    Image& linked = AddImage(ChildrenOf(AddRepeat(screen.Items(), 0, nullptr)), "BOX");
+    linked.Linked = 1;
+    Book(screen);
+    EXPECT_EQ(linked.Spacing, 0);
+}
+
 TEST_F(DpsBooks, ExplodingRepetitionsAreRefused) {
     Screen screen("HUGE");
     List* list = &screen.Items();

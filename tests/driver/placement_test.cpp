@@ -565,6 +565,19 @@ TEST_F(Placement, ShellEntryWithoutAShellToBeFound) {
     EXPECT_EQ("SHELL=/bin/sh", PutShellEntry());
 }
 
+// "SHELL=", the directory and "/sh" have 256 characters: one more than fit.
+TEST_F(Placement, ShellEntryOfAShellThatIsTooDeep) {
+    std::string directory(123, 'a');
+    ASSERT_EQ(0, mkdir(directory.c_str(), 0755));
+    directory += "/" + std::string(123, 'b');
+    ASSERT_EQ(0, mkdir(directory.c_str(), 0755));
+    chmod(WriteFile(directory + "/sh", "").c_str(), 0755);
+    const ScopedVariable path("ZORPATH", directory.c_str());
+    CaptureStderr errors;
+    EXPECT_EQ("SHELL=/bin/sh", PutShellEntry());
+    EXPECT_STREQ("/bin/sh", std::getenv("SHELL"));
+}
+
 TEST_F(Placement, SizeCheckNamesTheShellEntry) {
     CaptureStderr errors;
     CheckMcsFormatSize(WriteFile("fits", std::string(2560, 'x')), "SHELL=/bin/sh");
