@@ -12,11 +12,11 @@ namespace grolof {
 
 /// Where the walk is when it shows a record.
 struct EntryPlace {
-    const Form* In = nullptr; ///< form whose width counts here
-    Offset Base;              ///< offset of the record's parent
-    std::int64_t Index = 0;   ///< 1-based number of the entry
-    std::int64_t Times = 1;   ///< how often it stands in the area
-    bool Repeated = false;    ///< inside a repeat image
+    const Form* In;         ///< form whose width counts here
+    Offset Base{};          ///< offset of the record's parent
+    std::int64_t Index = 0; ///< 1-based number of the entry
+    std::int64_t Times = 1; ///< how often it stands in the area
+    bool Repeated = false;  ///< inside a repeat image
 };
 
 /// Shows a visitor every form and every entry, called as visit(Record&, const EntryPlace&). An
@@ -25,7 +25,7 @@ struct EntryPlace {
 template <class Visit>
 class EntryWalk {
 public:
-    explicit EntryWalk(Visit visit) : m_visit(std::move(visit)) {}
+    EntryWalk(const Form& first, Visit visit) : m_visit(std::move(visit)), m_place{&first} {}
 
     void Walk(const List* list) {
         if (list == nullptr)
@@ -86,10 +86,10 @@ private:
     EntryPlace m_place;
 };
 
-/// Walks over the entries of a screen.
+/// Walks over the entries of a screen, which begins with a form.
 template <class Visit>
 void ForEachEntry(const List& screen, Visit visit) {
-    EntryWalk<Visit>(std::move(visit)).Walk(&screen);
+    EntryWalk<Visit>(*FormOf(screen), std::move(visit)).Walk(&screen);
 }
 
 } // namespace grolof
