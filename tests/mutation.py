@@ -3,8 +3,9 @@
 
 Flips comparisons, conditions and constants in src/, one at a time, in a copy of the tree, and
 runs the tests against each: first the unit tests of the room that was changed, then, for those
-that survive, the whole-program cases. Prints every survivor with its line, to
-be read one by one. The sample is drawn by a seed, so a run can be repeated.
+that survive, the whole-program cases, then the unit tests of the rooms that use it. Prints every
+survivor with its line, to be read one by one. The sample is drawn by a seed, so a run can be
+repeated.
 
 usage: tests/mutation.py [--mutants N] [--seed S] [--jobs J] [--room ROOM] [--only FILE:LINE]
 """
@@ -103,6 +104,13 @@ class Worker:
                             "--gtest_fail_fast"], self.build, seconds)
         return True
 
+    def passes_elsewhere(self, changed):
+        """True when the unit tests of all other rooms pass."""
+        rooms = [room for room in ROOMS if room != changed]
+        return (run(["ninja", "-C", self.build] + [f"test_{room}" for room in rooms],
+                    self.build, 900)
+                and all(self.unit_tests(room, self.limits[room]) for room in rooms))
+
     def try_mutant(self, path, number, line):
         """What became of a mutant: "killed", "refused" by the compiler, or "survived"."""
         target = os.path.join(self.tree, path)
@@ -118,7 +126,7 @@ class Worker:
                        self.build, 300):
                 return "refused"
             passed = self.unit_tests(room, self.limits[room]) and self.tests("^cases")
-            return "survived" if passed else "killed"
+            return "survived" if passed and self.passes_elsewhere(room) else "killed"
         finally:
             with open(target, "w", encoding="utf-8") as file:
                 file.write(text)

@@ -446,7 +446,7 @@ void WriteOrdinaryField(const Field& field, const Position& at) {
 
 void WriteField(const Field& field) {
     const Position at = PositionTo(field.Row, field.Column);
-    if (field.Contents == 4)
+    if (field.Contents == kSystemContents)
         WriteSystemValue(field);
     else
         WriteOrdinaryField(field, at);

@@ -114,6 +114,16 @@ TEST_F(BmsBooks, ALaterMapIsAddedToABookThatWasEmptied) {
     EXPECT_EQ(ReadFile(Path()).substr(0, 17), "      /\n      *\n ");
 }
 
+TEST_F(BmsBooks, ALaterMapIsAddedToABookElsewhereThatLooksLikeTheFirstMaps) {
+    Screen one("ONE", 0), two("TWO", 0);
+    ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
+    const std::string twice = ReadFile(Path()) + ReadFile(Path());
+    const std::string other = Directory().File("OTHER");
+    WriteFile(other, twice);
+    ASSERT_EQ(BmsCopyBookWrite(two.Records(), other, 1, 1), 1);
+    EXPECT_EQ(ReadFile(other).substr(0, twice.size() + 17), twice + "      /\n      *\n ");
+}
+
 TEST_F(BmsBooks, APipeGetsTheMapsOneAfterTheOther) {
     Screen one("ONE", 0), two("TWO", 0);
     ASSERT_EQ(BmsCopyBookWrite(one.Records(), Path(), 1, 0), 1);
@@ -121,7 +131,8 @@ TEST_F(BmsBooks, APipeGetsTheMapsOneAfterTheOther) {
     const std::string book = ReadFile(Path());
     const std::string pipe = Directory().File("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const int reader = open(pipe.c_str(), O_RDWR);
+    // A reader alone: opening the pipe to read would wait for a writer.
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
     ASSERT_EQ(BmsCopyBookWrite(one.Records(), pipe, 1, 0), 1);
     ASSERT_EQ(BmsCopyBookWrite(two.Records(), pipe, 1, 1), 1);
     std::string found(book.size(), '\0');

@@ -374,6 +374,12 @@ TEST(Rendering, FramesTheScreenAndMarksItsFields) {
                                     "+----------+\n");
 }
 
+TEST(Rendering, ShowsWhatIsNoPrintableAsciiAsAQuestionMark) {
+    PlayedScreen screen;
+    ASSERT_FALSE(PlayMcs(FileWith("05 93 02 1F 20 7E 7F 80", 1, 5), screen));
+    EXPECT_EQ(RenderScreen(screen), "+-----+\n|? ~??|\n+-----+\n");
+}
+
 TEST(Rendering, ShowsAllRowsOfTheForm) {
     PlayedScreen screen;
     ASSERT_FALSE(PlayMcs(FileWith("01 93 02 41", 3, 4), screen));
