@@ -173,6 +173,19 @@ TEST(McsHeader, FirstUnprotectedField) {
     EXPECT_EQ(HeaderOf(screen, 44, 2), "03 07");
 }
 
+TEST(McsHeader, AFirstPositionIsTakenWithOneOfItsBytesZero) {
+    Screen screen;
+    screen.TheForm->Width = 300;
+    AddField(screen, 1, 256, 5); // column 256: its low byte is 0
+    AddField(screen, 3, 7, 5);
+    EXPECT_EQ(HeaderOf(screen, 44, 2), "01 00");
+    Screen high;
+    high.TheForm->Height = 300;
+    AddField(high, 256, 4, 5);
+    AddField(high, 257, 7, 5);
+    EXPECT_EQ(HeaderOf(high, 44, 2), "00 04");
+}
+
 TEST(McsHeader, PositionsAreThoseOnTheScreen) {
     Screen screen;
     Image& image = AddImage(screen, 3, 11);
