@@ -39,7 +39,7 @@ void PutItemName(OutputFile& out, int level, std::string_view name) {
     constexpr std::int64_t nameColumn = 14;
     static const std::string level2 = BmsLevelPrefix(2), level3 = BmsLevelPrefix(3);
     out.Put(level == 3 ? level3 : level2);
-    PutPadded(out, name, nameColumn);
+    out.PutPadded(name, nameColumn);
     out.Put(" ");
 }
 
@@ -78,7 +78,7 @@ void PutInputValue(OutputFile& out, const Field& field) {
 void PutInputItems(OutputFile& out, const std::string& name, const Field& field) {
     PutItemName(out, 2, name + "L");
     out.Put("PIC S9(4) COMP  VALUE ");
-    PutNumber(out, DataLength(field));
+    out.PutNumber(DataLength(field));
     out.Put(".\n");
     PutItem(out, 2, name + "F", "PIC X           VALUE ' '.");
     PutItem(out, 2, kFiller, "REDEFINES " + name + "F.");
@@ -86,7 +86,7 @@ void PutInputItems(OutputFile& out, const std::string& name, const Field& field)
     PutItem(out, 2, kFiller, "PIC X(2)        VALUE LOW-VALUES.");
     PutItemName(out, 2, name + "I");
     const std::string picture = PictureWith(field.Picin, field);
-    PutPadded(out, picture.substr(0, kPictureColumn), kPictureColumn);
+    out.PutPadded(picture.substr(0, kPictureColumn), kPictureColumn);
     PutInputValue(out, field);
 }
 

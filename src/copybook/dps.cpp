@@ -39,7 +39,7 @@ void PutScreenGroup(DpsBook& book, std::string_view before, std::string_view aft
     book.Out.Put("SCREEN-");
     book.Out.Put(book.FormName);
     book.Out.Put("-");
-    PutNumber(book.Out, book.FormNumber);
+    book.Out.PutNumber(book.FormNumber);
     book.Out.Put(after);
 }
 
@@ -66,8 +66,8 @@ std::int64_t NumberPad(std::int32_t number) {
 void PutHeaderName(DpsBook& book, std::string_view name) {
     book.Out.Put(book.LevelPrefix);
     book.Out.Put(book.NamePrefix);
-    PutPadded(book.Out, name, 17);
-    PutBlanks(book.Out, NumberPad(book.FormNumber));
+    book.Out.PutPadded(name, 17);
+    book.Out.PutBlanks(NumberPad(book.FormNumber));
 }
 
 void PutHeaderItem(DpsBook& book, std::string_view name, std::string_view clause) {
@@ -88,7 +88,7 @@ void PutHeaderLetter(DpsBook& book, std::string_view name, char letter) {
 
 void PutHeaderFiller(DpsBook& book, std::string_view clause) {
     book.Out.Put(book.LevelPrefix);
-    PutPadded(book.Out, kFiller, 23);
+    book.Out.PutPadded(kFiller, 23);
     book.Out.Put(clause);
     book.Out.Put("\n");
 }
@@ -174,7 +174,7 @@ void PutFcaTable(DpsBook& book) {
     book.Out.Put(kStarLine);
     StepLevel(book, 5);
     PutScreenGroup(book, book.LevelPrefix, "-FCA-REDEF OCCURS ");
-    PutNumber(book.Out, book.FcaCount);
+    book.Out.PutNumber(book.FcaCount);
     book.Out.Put(" TIMES.\n");
     StepLevel(book, 10);
     PutFcaEntry(book, {kFiller, {}, {}}, ItemMode::Naming);

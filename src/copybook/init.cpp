@@ -66,7 +66,7 @@ void MoveDefaults(DpsBook& book) {
 // One statement: a value right-justified in 6 columns, and where it goes.
 void Move(DpsBook& book, std::string_view value, std::string_view name, std::string_view suffix) {
     book.Out.Put("           MOVE ");
-    PutBlanks(book.Out, 6 - static_cast<std::int64_t>(value.size()));
+    book.Out.PutBlanks(6 - static_cast<std::int64_t>(value.size()));
     book.Out.Put(value);
     book.Out.Put(" TO ");
     book.Out.Put(book.NamePrefix);

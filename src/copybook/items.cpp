@@ -52,11 +52,11 @@ void PutFcaName(DpsBook& book, std::string_view name, std::string_view suffix) {
     book.Out.Put(name);
     book.Out.Put(suffix);
     if (length <= column) {
-        PutBlanks(book.Out, column - length + 1);
+        book.Out.PutBlanks(column - length + 1);
         return;
     }
     book.Out.Put("\n");
-    PutBlanks(book.Out, static_cast<std::int64_t>(book.LevelPrefix.size()) + column + 1);
+    book.Out.PutBlanks(static_cast<std::int64_t>(book.LevelPrefix.size()) + column + 1);
 }
 
 void PutDataValue(OutputFile& out, const Field& field) {
@@ -68,7 +68,7 @@ void PutDataValue(OutputFile& out, const Field& field) {
 
 void PutDataName(DpsBook& book, std::string_view name) {
     book.Out.Put(book.LevelPrefix);
-    PutPadded(book.Out, name, DataNameColumn(book.Level));
+    book.Out.PutPadded(name, DataNameColumn(book.Level));
     book.Out.Put(" ");
 }
 
@@ -78,7 +78,7 @@ void PutAlignment(DpsBook& book, std::int64_t length) {
         return;
     PutDataName(book, kFiller);
     book.Out.Put("PIC X(");
-    PutNumber(book.Out, 4 - length % 4);
+    book.Out.PutNumber(4 - length % 4);
     book.Out.Put(").\n");
 }
 
@@ -90,7 +90,7 @@ void PutDataItem(DpsBook& book, const Field& field, ItemMode mode) {
         book.Out.Put(PictureOf(field));
         book.Out.Put(".\n");
     } else {
-        PutPadded(book.Out, PictureOf(field), kPictureColumn);
+        book.Out.PutPadded(PictureOf(field), kPictureColumn);
         PutDataValue(book.Out, field);
     }
     PutAlignment(book, DataLength(field));
@@ -132,7 +132,7 @@ void PutWordClause(OutputFile& out, std::int64_t value, ItemMode mode) {
     out.Put(kWordPicture);
     if (mode != ItemMode::Naming) {
         out.Put(" VALUE ");
-        PutNumber(out, value);
+        out.PutNumber(value);
     }
     out.Put(".\n");
 }

@@ -40,7 +40,7 @@ void PutStorageStart(DpsBook& book, std::string_view group) {
 void PutStorageEnd(DpsBook& book, std::string_view group) {
     book.Out.Put(kStarLine);
     PutGroupLine(book, group, "-END\n");
-    PutBlanks(book.Out, 16);
+    book.Out.PutBlanks(16);
     book.Out.Put("REDEFINES ");
     book.Out.Put(group);
     book.Out.Put("-ST.\n");
@@ -49,12 +49,12 @@ void PutStorageEnd(DpsBook& book, std::string_view group) {
 
 void PutOccurs(DpsBook& book, std::string_view group, std::int32_t count) {
     PutGroupLine(book, group, " OCCURS ");
-    PutNumber(book.Out, count);
+    book.Out.PutNumber(count);
     book.Out.Put(" TIMES\n");
 }
 
 void PutIndex(DpsBook& book, const Image& image, std::int64_t blanks, std::string_view ending) {
-    PutBlanks(book.Out, blanks);
+    book.Out.PutBlanks(blanks);
     book.Out.Put("INDEXED BY ");
     book.Out.Put(book.NamePrefix);
     book.Out.Put(TextOf(image.IndexName));

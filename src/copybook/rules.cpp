@@ -1,10 +1,10 @@
 #include "copybook/rules.h"
-#include "model/codes.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdio>
+
+#include "model/codes.h"
 
 namespace grolof {
 
@@ -31,7 +31,7 @@ std::string NumericPicture(const Field& field, std::int64_t length) {
 
 // A literal of its own behind blanks, with the period that ends the item.
 void PutLiteralLine(OutputFile& out, std::int64_t blanks, std::string_view text) {
-    PutBlanks(out, blanks);
+    out.PutBlanks(blanks);
     out.Put("'");
     out.Put(text);
     out.Put("'.\n");
@@ -79,24 +79,6 @@ std::string PictureOf(const Field& field) {
     if (field.DataType == kAlphabeticData)
         return "PIC A(" + Decimal(length) + ")";
     return NumericPicture(field, length);
-}
-
-void PutBlanks(OutputFile& out, std::int64_t count) {
-    static constexpr std::string_view blanks = "                                ";
-    for (; count > 0; count -= static_cast<std::int64_t>(blanks.size()))
-        out.Put(blanks.substr(0, static_cast<std::size_t>(count)));
-}
-
-void PutPadded(OutputFile& out, std::string_view text, std::int64_t width) {
-    out.Put(text);
-    PutBlanks(out, width - static_cast<std::int64_t>(text.size()));
-}
-
-void PutNumber(OutputFile& out, std::int64_t value) {
-    std::array<char, 12> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                   static_cast<std::int32_t>(value));
-    out.Put({digits.data(), static_cast<std::size_t>(end.ptr - digits.data())});
 }
 
 void PutValueBelow(OutputFile& out, std::string_view text) {

@@ -58,15 +58,6 @@ std::int64_t DataLength(const Field& field);
 /// The picture clause, "PIC X(5)" say. Numbers beyond 32 bits wrap.
 std::string PictureOf(const Field& field);
 
-/// Puts blanks.
-void PutBlanks(OutputFile& out, std::int64_t count);
-
-/// Puts a text left-justified in a column; a longer text pushes what follows.
-void PutPadded(OutputFile& out, std::string_view text, std::int64_t width);
-
-/// Puts a number as 32-bit decimal text; what exceeds 32 bits wraps.
-void PutNumber(OutputFile& out, std::int64_t value);
-
 /// Ends an item's line with " VALUE" and puts the initial value on the following lines: shorter
 /// than 42 characters behind 27 blanks, up to 55 behind 12, a longer one split after 58
 /// characters. The first piece of a split literal keeps its closing apostrophe and period: the

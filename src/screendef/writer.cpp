@@ -1,8 +1,6 @@
 #include "screendef/writer.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
+#include <cstdint>
 #include <string_view>
 #include <variant>
 
@@ -18,18 +16,13 @@ namespace {
 // State of the writer: the open file and the depth of the element at hand.
 struct DefinitionWriter {
     OutputFile File;
-    std::size_t Depth = 0;
+    std::int64_t Depth = 0;
 };
 
 DefinitionWriter s_writer;
 
 void PutIndentation() {
-    constexpr std::string_view kBlanks = "                                ";
-    for (std::size_t left = 4 * s_writer.Depth; left > 0;) {
-        const std::size_t count = std::min(left, kBlanks.size());
-        s_writer.File.Put(kBlanks.substr(0, count));
-        left -= count;
-    }
+    s_writer.File.PutBlanks(4 * s_writer.Depth);
 }
 
 void PutAttribute(std::string_view name, std::string_view value) {
@@ -43,9 +36,11 @@ void PutAttribute(std::string_view name, std::string_view value) {
 void PutNumber(std::string_view name, std::int32_t value) {
     if (value == 0)
         return;
-    std::array<char, 12> digits; // a sign and ten digits at most
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    PutAttribute(name, {digits.data(), static_cast<std::size_t>(end - digits.data())});
+    PutIndentation();
+    s_writer.File.Put(name);
+    s_writer.File.Put("\"");
+    s_writer.File.PutNumber(value);
+    s_writer.File.Put("\"\n");
 }
 
 // A text ends at an embedded NUL, as every text of the model does.

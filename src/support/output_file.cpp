@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
@@ -76,6 +77,24 @@ void OutputFile::Put(std::string_view bytes) {
     }
     std::copy(bytes.begin(), bytes.end(), m_buffer.begin() + static_cast<std::ptrdiff_t>(m_length));
     m_length += bytes.size();
+}
+
+void OutputFile::PutBlanks(std::int64_t count) {
+    static constexpr std::string_view blanks = "                                ";
+    for (; count > 0; count -= static_cast<std::int64_t>(blanks.size()))
+        Put(blanks.substr(0, static_cast<std::size_t>(count)));
+}
+
+void OutputFile::PutPadded(std::string_view text, std::int64_t width) {
+    Put(text);
+    PutBlanks(width - static_cast<std::int64_t>(text.size()));
+}
+
+void OutputFile::PutNumber(std::int64_t value) {
+    std::array<char, 12> digits; // a sign and ten digits at most
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                   static_cast<std::int32_t>(value));
+    Put({digits.data(), static_cast<std::size_t>(end.ptr - digits.data())});
 }
 
 void OutputFile::Print(const char* format, ...) {

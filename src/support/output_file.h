@@ -37,6 +37,15 @@ public:
     /// Appends bytes as they are.
     void Put(std::string_view bytes);
 
+    /// Appends blanks; none for a count below 1.
+    void PutBlanks(std::int64_t count);
+
+    /// Appends a text, filled up with blanks to `width` bytes; a longer one pushes what follows.
+    void PutPadded(std::string_view text, std::int64_t width);
+
+    /// Appends a number as 32-bit decimal text; what exceeds 32 bits wraps.
+    void PutNumber(std::int64_t value);
+
     /// Appends a formatted text, as printf.
     [[gnu::format(printf, 2, 3)]] void Print(const char* format, ...);
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "model/positions.h"
-#include "screendef/definition_test.h"
+#include "screendef/definitions.h"
 
 namespace grolof::testing_support {
 namespace {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "common/random_model.h"
-#include "screendef/definition_test.h"
+#include "screendef/definitions.h"
 
 namespace grolof::testing_support {
 namespace {

@@ -148,12 +148,12 @@ TEST_F(Literals, KeepTheirBytes) {
 TEST_F(Literals, PiecesAreWritten) {
     OutputFile out;
     ASSERT_TRUE(out.Open(Path()));
-    PutPadded(out, "ABC", 5);
-    PutPadded(out, "ABCDEF", 5);
-    PutPadded(out, "", -3);
-    PutBlanks(out, 70);
-    PutNumber(out, INT_MIN);
-    PutNumber(out, std::int64_t{INT_MAX} + 1);
+    out.PutPadded("ABC", 5);
+    out.PutPadded("ABCDEF", 5);
+    out.PutPadded("", -3);
+    out.PutBlanks(70);
+    out.PutNumber(INT_MIN);
+    out.PutNumber(std::int64_t{INT_MAX} + 1);
     ASSERT_TRUE(out.Close());
     EXPECT_EQ(testing_support::ReadFile(Path()),
               "ABC  ABCDEF" + std::string(70, ' ') + "-2147483648-2147483648");
