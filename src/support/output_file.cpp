@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -131,15 +132,15 @@ void OutputFile::Write(std::string_view bytes) {
 }
 
 void OutputFile::Fail() {
-    m_failed = true;
-    std::perror(m_path.c_str());
+    if (!std::exchange(m_failed, true))
+        std::perror(m_path.c_str());
 }
 
 bool OutputFile::Close() {
     if (m_descriptor < 0)
         return !m_failed;
     Flush();
-    if (close(m_descriptor) != 0 && errno != EINTR && !m_failed)
+    if (close(m_descriptor) != 0 && errno != EINTR)
         Fail();
     m_descriptor = -1;
     return !m_failed;
