@@ -188,6 +188,17 @@ TEST(Player, KeepsWhatAnEditedFieldCarries) {
     EXPECT_EQ(screen.Items[0].Text, "");
 }
 
+TEST(Player, KeepsTheFlagsOfEveryItem) {
+    // A field, a constant text, a system value.
+    const PlayedScreen screen = Play("01 42 A1 01 D3 82 58 03 9C 84");
+    ASSERT_EQ(screen.Items.size(), 3U);
+    const std::pair<int, int> flags[] = {{0x42, 0xA1}, {0xD3, 0x82}, {0x9C, 0x84}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(screen.Items[i].B1, flags[i].first) << i;
+        EXPECT_EQ(screen.Items[i].B2, flags[i].second) << i;
+    }
+}
+
 TEST(Player, ChainsContinuations) {
     EXPECT_EQ(ItemsOf("02 03 02 01 03 02 01 02 42 41 42 43 44 01 13 00 58"),
               "  1   1   4  entry   2  'ABCD'\n"
