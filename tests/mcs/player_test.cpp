@@ -196,6 +196,8 @@ TEST(Player, KeepsTheFlagsOfEveryItem) {
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(screen.Items[i].B1, flags[i].first) << i;
         EXPECT_EQ(screen.Items[i].B2, flags[i].second) << i;
+        EXPECT_EQ(screen.Items[i].Edits, 0) << i;
+        EXPECT_EQ(screen.Items[i].Digits, 0) << i;
     }
 }
 
