@@ -132,6 +132,9 @@ TEST_F(Headings, TakeTheLastItemAway) {
     EXPECT_EQ(Items(FieldAt(1, 1, "A")), "");
     EXPECT_EQ(Items(FieldAt(1, 1, "A") + FieldAt(1, 9, "B")), "F A");
     EXPECT_EQ(Items(FieldAt(1, 1, "A") + "IMAGE\n" + FieldAt(1, 9, "B") + "END_IMAGE\n"), "F A");
+    EXPECT_EQ(Items(FieldAt(1, 1, "A") + "IMAGE\nREPEAT_IMAGE COUNT = 2 INDEX_ITEM = 'IX'\n" +
+                    FieldAt(1, 9, "B") + "END_IMAGE\n"),
+              "F A"); // the name of its index is no constant text
     EXPECT_EQ(Items(FieldAt(1, 1, "A") +
                     "FIELD DIM WIDTH = 9\nPRE_VAL INITIAL_VALUE = 'AB'\nEND_FIELD\n"),
               "F A H 1,1 'AB'");

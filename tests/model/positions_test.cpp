@@ -143,6 +143,14 @@ TEST(FieldAtPosition, HeadingsAndUnknownRecordsArePassedOver) {
     EXPECT_EQ(StartsOf(*screen), "2,2 ");
 }
 
+TEST(FieldAtPosition, AFieldInFrontOfEveryFormHasNoPlace) {
+    RecordList screen(ListCreate());
+    ListAppend(*screen, FieldAt(3, 1));
+    EXPECT_EQ(StartsOf(*screen), "");
+    ListAppend(*screen, CreateForm());
+    EXPECT_EQ(StartsOf(*screen), "");
+}
+
 TEST(FieldAtPosition, ImagesShiftTheirChildrenAndNothingElse) {
     EXPECT_EQ(StartsOf(*Screen({ImageAt(3, 10, {FieldAt(2, 5)}), FieldAt(1, 1)})), "1,1 4,14 ");
     // Nested images add up; a sum beyond the width wraps.
