@@ -63,7 +63,7 @@ def lay_out(top):
     os.makedirs(os.path.join(top, "bin"))
     scrlib = os.path.join(top, "bin", "scrlib")
     os.symlink("/bin/true", scrlib)
-    return {"ZORROOT": os.path.join(top, "root"), "LC_ALL": "C",
+    return {"ZORROOT": os.path.join(top, "inst"), "LC_ALL": "C",
             "PATH": os.path.join(top, "bin") + ":/usr/bin:/bin"}
 
 

@@ -109,7 +109,7 @@ class Case:
             "T3ZPLAY": "t3zplay",
             "SANDBOX": str(self.sandbox),
             "HOME": str(self.top),
-            "ZORROOT": "root",
+            "ZORROOT": "inst",
             "ZORPATH": "/bin",
             "SHELL": "/bin/starter",
             "LC_ALL": "C",

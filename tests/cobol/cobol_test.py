@@ -61,7 +61,7 @@ class Workshop:
         (tools / "scrlib").write_text("#!/bin/sh\nexit 0\n")
         (tools / "scrlib").chmod(0o755)
         self.environment = dict(
-            os.environ, LC_ALL="C", TMPDIR=str(directory), ZORROOT=str(self.directory / "root"),
+            os.environ, LC_ALL="C", TMPDIR=str(directory), ZORROOT=str(self.directory / "inst"),
             PATH=f"{tools}:{os.environ.get('PATH', '/usr/bin:/bin')}")
 
     def run(self, *command):

@@ -5,9 +5,9 @@ compopt() { :; } # works only within a real completion
 directory=$(mktemp -d) || exit 1
 trap 'rm -rf -- "$directory"' EXIT
 cd "$directory" || exit 1
-mkdir -p root/zorfiles/mcs/CLAIMS root/zorfiles/mcs/STOCK books
+mkdir -p inst/zorfiles/mcs/CLAIMS inst/zorfiles/mcs/STOCK books
 touch 'menu one.fldp' order.fldp
-export ZORROOT=$directory/root/
+export ZORROOT=$directory/inst/
 failed=0
 
 # completes EXPECTED WORD...: the last word is the one being completed; results joined by "|".

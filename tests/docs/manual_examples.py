@@ -26,7 +26,7 @@ def blocks(page):
 def run(command, directory, program, project):
     environment = {
         "PATH": f"{program.parent}:{project / 'examples/bin'}:{os.environ['PATH']}",
-        "ZORROOT": "root",
+        "ZORROOT": "inst",
     }
     return subprocess.run(command, shell=True, cwd=directory, env=environment, text=True,
                           stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
@@ -57,14 +57,14 @@ def check_format_page(directory, program, project):
     (text,) = blocks(project / "docs/t3b.5")
     (directory / "example.t3b").write_text(text)
     run("grolof -x -g claims example.t3b", directory, program, project)
-    return check("docs/t3b.5", text, (directory / "root/zorfiles/sfg/claims/A.t3b").read_text())
+    return check("docs/t3b.5", text, (directory / "inst/zorfiles/sfg/claims/A.t3b").read_text())
 
 
 def main():
     program, project = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
     with tempfile.TemporaryDirectory() as name:
         directory = pathlib.Path(name)
-        (directory / "root/zorfiles/copy").mkdir(parents=True)
+        (directory / "inst/zorfiles/copy").mkdir(parents=True)
         (directory / "books").mkdir()
         for source in (project / "examples").glob("*.fldp"):
             shutil.copy(source, directory)

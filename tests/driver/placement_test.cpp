@@ -253,10 +253,10 @@ TEST_F(Placement, SiteCpyNeedNotBeADirectory) {
 
 TEST_F(Placement, FilesCopyDirectory) {
     fs::create_directories("files/copy");
-    fs::create_directories("root/cpy");
+    fs::create_directories("inst/cpy");
     fs::create_directories("../cpy");
     const ScopedVariable site("ZORSITE", "site");
-    const ScopedVariable root("ZORROOT", "root");
+    const ScopedVariable root("ZORROOT", "inst");
     EXPECT_EQ("files/copy/SCREEN-MENU-7", DpsPath());
 }
 
@@ -279,9 +279,9 @@ TEST_P(Unbased, GoesWhereTheRulesSay) {
     if (row.ParentCpy)
         fs::create_directory("../cpy");
     if (row.RootCpy)
-        fs::create_directories("root/cpy");
+        fs::create_directories("inst/cpy");
     const ScopedVariable site("ZORSITE", row.Site ? "site" : nullptr);
-    const ScopedVariable root("ZORROOT", row.Root ? "root" : nullptr);
+    const ScopedVariable root("ZORROOT", row.Root ? "inst" : nullptr);
     EXPECT_EQ(row.Path, DpsPath());
 }
 
@@ -289,14 +289,14 @@ INSTANTIATE_TEST_SUITE_P(Table, Unbased,
                          testing::Values(
                              // A copy entry that is no directory: ../cpy is not looked at.
                              UnbasedRow{true, true, true, true, true, "./SCREEN-MENU-7"},
-                             UnbasedRow{true, false, true, true, true, "root/cpy/SCREEN-MENU-7"},
+                             UnbasedRow{true, false, true, true, true, "inst/cpy/SCREEN-MENU-7"},
                              UnbasedRow{true, false, true, true, false, "./SCREEN-MENU-7"},
                              UnbasedRow{true, false, true, false, true, "./SCREEN-MENU-7"},
                              // No copy entry: a site without a cpy still hides ../cpy and the root.
                              UnbasedRow{false, true, true, true, true, "./SCREEN-MENU-7"},
                              UnbasedRow{false, false, true, true, true, "../cpy/SCREEN-MENU-7"},
                              UnbasedRow{false, false, true, false, false, "../cpy/SCREEN-MENU-7"},
-                             UnbasedRow{false, false, false, true, true, "root/cpy/SCREEN-MENU-7"},
+                             UnbasedRow{false, false, false, true, true, "inst/cpy/SCREEN-MENU-7"},
                              UnbasedRow{false, false, false, true, false, "./SCREEN-MENU-7"},
                              UnbasedRow{false, false, false, false, true, "./SCREEN-MENU-7"}));
 

@@ -113,7 +113,7 @@ def attempt(grolof, top, change):
     path = os.path.join(top, "screen.t3b")
     with open(path, "wb") as file:
         file.write(WHOLE)
-    environment = dict(os.environ, ZORROOT="root", LC_ALL="C",
+    environment = dict(os.environ, ZORROOT="inst", LC_ALL="C",
                        PATH=os.path.join(top, "bin") + ":/usr/bin:/bin")
     with subprocess.Popen([grolof, "-w", "books", "-d", path], cwd=top, env=environment,
                           stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
@@ -126,7 +126,7 @@ def attempt(grolof, top, change):
     assert process.returncode == 0, (process.returncode, errors)
     if not stopped:
         return None
-    with open(os.path.join(top, "root/zorfiles/sfg/zor$y$/SCREEN.t3b"), "rb") as file:
+    with open(os.path.join(top, "inst/zorfiles/sfg/zor$y$/SCREEN.t3b"), "rb") as file:
         return output, errors, file.read()
 
 
@@ -137,8 +137,8 @@ def main(grolof):
         os.symlink("/bin/true", os.path.join(top, "bin", "scrlib"))
         told = (f"Loaded SCREEN from file: {top}/screen.t3b\n"
                 "Wrote DPS COPY book: books/SCREEN-SCREEN-7\n"
-                "  Wrote screen file: root/zorfiles/sfg/zor$y$/SCREEN.t3b\n"
-                "   Wrote MCS format: root/zorfiles/mcs/ZOR$Y$/SCREEN.t3z\n").encode()
+                "  Wrote screen file: inst/zorfiles/sfg/zor$y$/SCREEN.t3b\n"
+                "   Wrote MCS format: inst/zorfiles/mcs/ZOR$Y$/SCREEN.t3z\n").encode()
         for change, fields in CHANGES:
             results = (attempt(grolof, top, change) for _ in range(ATTEMPTS))
             result = next((result for result in results if result is not None), None)

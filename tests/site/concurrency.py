@@ -24,14 +24,14 @@ MOMENT = re.compile(rb"(GENERATED.* on |CHECK-NUMBER.* VALUE )[^\n]*")
 
 def install(top):
     """Lays out a fresh installation and the stand-in commands; returns the environment."""
-    os.makedirs(os.path.join(top, "root"))
+    os.makedirs(os.path.join(top, "inst"))
     os.makedirs(os.path.join(top, "bin"))
     for command in ("scrlib", "claimsrc"):
         path = os.path.join(top, "bin", command)
         with open(path, "w", encoding="ascii") as script:
             script.write("#!/bin/sh\nexit 0\n")
         os.chmod(path, 0o755)
-    return {"ZORROOT": os.path.join(top, "root"), "LC_ALL": "C",
+    return {"ZORROOT": os.path.join(top, "inst"), "LC_ALL": "C",
             "PATH": os.path.join(top, "bin") + ":" + os.environ["PATH"]}
 
 
@@ -45,7 +45,7 @@ def commands(grolof, operands):
 def outputs(top):
     """Everything below the installation and the copy directory, moments masked."""
     found = {}
-    for area in ("root", "deep"):
+    for area in ("inst", "deep"):
         for folder, _, names in os.walk(os.path.join(top, area)):
             for name in names:
                 path = os.path.join(folder, name)

@@ -340,7 +340,7 @@ class Harness:
             os.chmod(path, 0o755)
         sanitizers = {name: value for name, value in os.environb.items()
                       if name.endswith(b"SAN_OPTIONS")}
-        self.environment = sanitizers | {b"PATH": programs, b"LC_ALL": b"C", b"ZORROOT": b"root"}
+        self.environment = sanitizers | {b"PATH": programs, b"LC_ALL": b"C", b"ZORROOT": b"inst"}
 
     def give_away(self, place):
         for folder, _, names in os.walk(place) if self.is_root else ():

@@ -93,7 +93,7 @@ def pester(process, started):
 
 def outputs(top):
     found = {}
-    for area in ("root", "books"):
+    for area in ("inst", "books"):
         for folder, _, names in os.walk(os.path.join(top, area)):
             for name in names:
                 path = os.path.join(folder, name)
@@ -106,7 +106,7 @@ def outputs(top):
 def run(top, program, pipes, storm=False):
     """Returns standard output, standard error and the outputs."""
     lay_out(top, pipes)
-    environment = dict(os.environ, ZORROOT="root", LC_ALL="C",
+    environment = dict(os.environ, ZORROOT="inst", LC_ALL="C",
                        PATH=os.path.join(top, "bin") + ":/usr/bin:/bin")
     command = [program, "-w", "books", *(f"form{number}" for number in range(FORMS))]
     started, fed, book, helpers = threading.Event(), threading.Event(), [], []
