@@ -17,13 +17,12 @@ constexpr std::int64_t kNumericMore = 10; // a numeric field's type is this much
 constexpr std::int64_t kPageCounts = 20;  // to 23, the four page counts
 
 // The screen handler fills in the page counts itself.
-bool IsPageCount(const Field& field) {
-    return field.Contents == kSystemContents && field.Value >= kCurrentPageCount &&
-           field.Value <= kTotalPageCount;
+bool ShowsPageCount(const Field& field) {
+    return field.Contents == kSystemContents && IsPageCount(field.Value);
 }
 
 std::int64_t FieldType(const Field& field) {
-    if (IsPageCount(field))
+    if (ShowsPageCount(field))
         return kPageCounts + field.Value - kCurrentPageCount;
     if (IsNumeric(field) && field.BlankWhenZero != 0)
         return kBlankWhenZero;
@@ -149,7 +148,7 @@ void PutLetterClause(OutputFile& out, char letter, ItemMode mode) {
 
 FcaEntry FieldEntry(const DpsBook& book, const Field& field, Offset base) {
     const Position at = WrappedPosition(base, field.Row, field.Column, book.FormWidth);
-    return {IsPageCount(field) ? kFiller : TextOf(field.Name),
+    return {ShowsPageCount(field) ? kFiller : TextOf(field.Name),
             {0, FieldType(field), at.Row, at.Column, DataLength(field), book.FcaIndex},
             {field.Justification == kRightJustified ? 'R' : 'V', FieldDynamics(field),
              ColourLetter(field.BackColour, 'E'), ColourLetter(field.Colour, 'W'),

@@ -1,6 +1,5 @@
 #include "driver/conversion.h"
 
-#include <cctype>
 #include <cstdio>
 #include <string>
 #include <utility>

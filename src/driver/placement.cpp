@@ -1,6 +1,5 @@
 #include "driver/placement.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,5 @@
 #include "fldp/headings.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <optional>

@@ -1,6 +1,5 @@
 #include "fldp/lexer.h"
 
-#include <cctype>
 #include <cstddef>
 #include <cstdio>
 #include <string_view>

@@ -1,7 +1,6 @@
 #include "mcs/dpsmcs.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <cstdio>
 #include <string_view>
@@ -311,9 +310,8 @@ std::uint8_t SystemTypeOf(std::int32_t value) {
 // Page counts and user fields have no item: they belong to the application or to no screen
 // position.
 bool HasItem(std::int32_t value) {
-    const bool isPageCount = value >= kCurrentPageCount && value <= kTotalPageCount;
     const bool isUserField = value >= kUserField1 && value <= kUserField5;
-    return !isPageCount && !isUserField;
+    return !IsPageCount(value) && !isUserField;
 }
 
 // Writes the item of a system value. Without an item nothing is written and the column stays,
@@ -337,6 +335,7 @@ bool Justifies() {
     return s_mcs.CurrentForm->IgnoreJustification == 0;
 }
 
+// Unlike in COPY books, an unknown data type is text.
 bool IsNumeric(const Field& field) {
     return field.DataType == kNumericData;
 }

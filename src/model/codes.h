@@ -58,4 +58,9 @@ enum : std::int32_t {
     kUserField5 = 26,
 };
 
+/// True for the `Value` of a page count.
+constexpr bool IsPageCount(std::int32_t value) {
+    return value >= kCurrentPageCount && value <= kTotalPageCount;
+}
+
 } // namespace grolof

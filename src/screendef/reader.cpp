@@ -1,7 +1,6 @@
 #include "screendef/reader.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <optional>
 #include <string_view>

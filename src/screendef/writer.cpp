@@ -25,22 +25,28 @@ void PutIndentation() {
     s_writer.File.PutBlanks(4 * s_writer.Depth);
 }
 
-void PutAttribute(std::string_view name, std::string_view value) {
+void BeginAttribute(std::string_view name) {
     PutIndentation();
     s_writer.File.Put(name);
     s_writer.File.Put("\"");
-    s_writer.File.Put(value);
+}
+
+void EndAttribute() {
     s_writer.File.Put("\"\n");
+}
+
+void PutAttribute(std::string_view name, std::string_view value) {
+    BeginAttribute(name);
+    s_writer.File.Put(value);
+    EndAttribute();
 }
 
 void PutNumber(std::string_view name, std::int32_t value) {
     if (value == 0)
         return;
-    PutIndentation();
-    s_writer.File.Put(name);
-    s_writer.File.Put("\"");
+    BeginAttribute(name);
     s_writer.File.PutNumber(value);
-    s_writer.File.Put("\"\n");
+    EndAttribute();
 }
 
 // A text ends at an embedded NUL, as every text of the model does.
